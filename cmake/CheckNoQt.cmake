@@ -1,0 +1,10 @@
+# Fails when a file of a plain engine layer includes a Qt header.
+foreach(layer core geom macro config interp view editor dxf text)
+  file(GLOB_RECURSE files ${SRC}/${layer}/*.h ${SRC}/${layer}/*.cpp)
+  foreach(f IN LISTS files)
+    file(STRINGS ${f} hits REGEX "^[ \t]*#[ \t]*include[ \t]*<Q")
+    if(hits)
+      message(FATAL_ERROR "${f} includes Qt: ${hits}")
+    endif()
+  endforeach()
+endforeach()
