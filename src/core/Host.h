@@ -36,6 +36,12 @@ class Host {
   virtual bool abortRequested() const { return false; }
   // Moves the editor caret to a 1-based line of the program.
   virtual void moveCaret(int /*line*/) {}
+  // Lets the user pick an existing file; returns its path, or "" when cancelled.
+  // `filter` is "Description (*.ext)". Non-interactive hosts return "".
+  virtual std::string chooseFile(std::string_view /*title*/, std::string_view /*folder*/,
+                                 std::string_view /*filter*/) {
+    return {};
+  }
   // Called after entity `index` of `table` has been stored, so it can be drawn at once.
   virtual void entityStored(const GeometryTable& /*table*/, int /*index*/) {}
 };

@@ -23,6 +23,9 @@ class RecordingHost : public Host {
   void pumpEvents() override { ++pumpCount; }
   bool abortRequested() const override { return abort; }
   void moveCaret(int line) override { caretLines.push_back(line); }
+  std::string chooseFile(std::string_view, std::string_view, std::string_view) override {
+    return chosenFile;
+  }
 
   // Queues the answer for the next prompt; later prompts take DefaultAnswer.
   void queueAnswer(MsgAnswer answer) { answers.push_back(answer); }
@@ -34,6 +37,7 @@ class RecordingHost : public Host {
   std::vector<int> progressCalls;
   std::vector<int> caretLines;
   std::deque<MsgAnswer> answers;
+  std::string chosenFile;  // what chooseFile returns
   int pumpCount = 0;
   bool abort = false;
 };
