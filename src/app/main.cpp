@@ -1,11 +1,28 @@
 #include <QApplication>
+#include <QMessageBox>
+#include <string>
 
 #include "app/Plot.h"
+#include "core/AppFolder.h"
+#include "core/TempFiles.h"
 
 int main(int argc, char** argv) {
   QApplication application(argc, argv);
   QApplication::setApplicationName("Zemtra");
-  zemtra::Plot window;
-  window.show();
-  return QApplication::exec();
+
+  // Create the user's folder on first start and bring in any shipped file it lacks.
+  std::string folderError;
+  zemtra::ApplicationFolder(&folderError);
+  if (!folderError.empty()) {
+    QMessageBox::warning(nullptr, "Zemtra", QString::fromStdString(folderError));
+  }
+
+  int status = 0;
+  {
+    zemtra::Plot window;
+    window.show();
+    status = QApplication::exec();
+  }
+  zemtra::RemoveTempFiles();
+  return status;
 }

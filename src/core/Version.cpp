@@ -1,13 +1,12 @@
 #include "core/Version.h"
 
-#include <cstdio>
+#include "core/NumberText.h"
 
 namespace zemtra {
 
 std::string CaptionText(const std::string& file) {
-  char minor[8];
-  std::snprintf(minor, sizeof minor, "%02d", kVersionMinor);
-  return std::string(kProductName) + " v" + std::to_string(kVersionMajor) + "." + minor + " - " +
+  return std::string(kProductName) + " v" + std::to_string(kVersionMajor) + "." +
+         FormatNumberText(kVersionMinor, "00") + " - " +
          (file.empty() ? std::string("Untitled") : file);
 }
 
