@@ -17,6 +17,7 @@ enum EntityCode : std::uint8_t {
   kFeed = 1,
   kArcCW = 2,
   kArcCCW = 3,
+  kPoint = 4,  // a drawing's point (DXF), never made by the interpreter
   kHelixCW = 12,
   kHelixCCW = 13,
 };
