@@ -27,7 +27,7 @@ TEST(ComputeExtents, CoversLinesArcsHelixesAndPointsButNotUnknownTypes) {
   table.Add(Entity(kRapid, P(-1, 2, 3, 0), P(4, 5, 6, 90)));
   table.Add(Entity(kArcCW, P(12, 0, 0), P(12, 0, 0), P(10, 0, 0), 2));  // full circle
   table.Add(Entity(9, P(-500, -500, -500), P(500, 500, 500)));          // never drawn
-  table.Add(Entity(kPointEntity, P(-100, -100, -100), P(0, 0, 40)));    // only its end counts
+  table.Add(Entity(kPoint, P(-100, -100, -100), P(0, 0, 40)));    // only its end counts
   table.End();
   ComputeExtents(table);
   EXPECT_EQ(table.GeoMin, P(-1, -2, 0, 0));
