@@ -1,5 +1,6 @@
 #include <QApplication>
 #include <QMessageBox>
+#include <QTimer>
 #include <string>
 
 #include "app/Plot.h"
@@ -21,6 +22,13 @@ int main(int argc, char** argv) {
   {
     zemtra::Plot window;
     window.show();
+    // For checking the window without a screen: ZEMTRA_GRAB=out.png saves a picture and quits.
+    if (const QString grab = qEnvironmentVariable("ZEMTRA_GRAB"); !grab.isEmpty()) {
+      QTimer::singleShot(500, &window, [&window, grab] {
+        window.grab().save(grab);
+        QApplication::quit();
+      });
+    }
     status = QApplication::exec();
   }
   zemtra::RemoveTempFiles();
