@@ -53,5 +53,8 @@ function(zemtra_test name)
   list(TRANSFORM ARG_LIBS PREPEND zemtra_ OUTPUT_VARIABLE libs)
   target_link_libraries(${name} PRIVATE ${libs} zemtra_testsupport GTest::gtest_main GTest::gmock)
   gtest_discover_tests(${name} DISCOVERY_TIMEOUT 60
-    PROPERTIES ENVIRONMENT "ZEMTRA_TEST_DATA=${CMAKE_SOURCE_DIR}/tests/data;ZEMTRA_SAMPLES=${CMAKE_SOURCE_DIR}/../shared/samples;ZEMTRA_SOURCE_DATA=${CMAKE_SOURCE_DIR}/data")
+    PROPERTIES
+      ENVIRONMENT "ZEMTRA_TEST_DATA=${CMAKE_SOURCE_DIR}/tests/data"
+      ENVIRONMENT "ZEMTRA_SAMPLES=${CMAKE_SOURCE_DIR}/../shared/samples"
+      ENVIRONMENT "ZEMTRA_SOURCE_DATA=${CMAKE_SOURCE_DIR}/data")
 endfunction()
