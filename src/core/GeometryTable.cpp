@@ -15,9 +15,12 @@ struct PlaneCoords {
 
 PlaneCoords InPlane(const GeoPoint& p, int plane) {
   switch (NormalPlane(plane)) {
-    case 18: return {p.Z, p.X, p.Y};
-    case 19: return {p.Y, p.Z, p.X};
-    default: return {p.X, p.Y, p.Z};
+    case 18:
+      return {p.Z, p.X, p.Y};
+    case 19:
+      return {p.Y, p.Z, p.X};
+    default:
+      return {p.X, p.Y, p.Z};
   }
 }
 
@@ -45,7 +48,9 @@ void GeometryTable::Begin() {
   GeoLast = 0;
 }
 
-void GeometryTable::Clear() { slots_.assign(1, GeoEntity{}); }
+void GeometryTable::Clear() {
+  slots_.assign(1, GeoEntity{});
+}
 
 void GeometryTable::Add(const GeoEntity& entity) {
   if (GeoIndex > HighestIndex()) Resize(GeoIndex);
@@ -56,28 +61,40 @@ void GeometryTable::Add(const GeoEntity& entity) {
 void GeometryTable::Advance() {
   ++GeoIndex;
   if (GeoIndex > HighestIndex()) {
-    // Geometric growth keeps very long plots linear; the final End() trims the spare slots.
-    const std::int32_t spare = std::max(kGrowStep, HighestIndex() / 2);
-    Resize(GeoIndex + spare);
+    // Steps of 500 while reserved room lasts; beyond it geometric growth keeps very long plots
+    // linear. The final End() trims the spare slots.
+    const std::size_t room = slots_.capacity() - slots_.size();
+    const std::int32_t step =
+        room > 0 ? static_cast<std::int32_t>(std::min<std::size_t>(room - 1, kGrowStep))
+                 : std::max(kGrowStep, HighestIndex() / 2);
+    Resize(GeoIndex + step);
   }
   (*this)[GeoIndex].StartPoint = (*this)[GeoIndex - 1].EndPoint;
+}
+
+void GeometryTable::Reserve(std::int32_t entities) {
+  // Slot 0, the entities, and the open slot behind the last one.
+  if (entities > 0) slots_.reserve(static_cast<std::size_t>(entities) + 2);
 }
 
 void GeometryTable::End() {
   const std::int32_t last = std::max(0, GeoIndex - 1);
   Resize(last);
-  slots_.shrink_to_fit();
+  // Give back spare room worth the copy; a table close to its size stays where it is.
+  if (slots_.capacity() - slots_.size() > slots_.size() / 8 + kGrowStep) slots_.shrink_to_fit();
   GeoLast = last;
 }
 
 void GeometryTable::InsertBeforeLast(const GeoEntity& entity) {
+  // GeoIndex is the entity just filled and not yet advanced past: it moves up one slot and
+  // `entity` takes its place.
   ++GeoIndex;
-  Resize(GeoIndex);
+  if (GeoIndex > HighestIndex()) Resize(GeoIndex);
   GeometryTable& t = *this;
-  t[GeoIndex - 1] = t[GeoIndex - 2];
-  t[GeoIndex - 2] = entity;
-  t[GeoIndex - 1].StartPoint = entity.EndPoint;
-  if (GeoIndex - 3 >= 1) t[GeoIndex - 3].EndPoint = entity.StartPoint;
+  t[GeoIndex] = t[GeoIndex - 1];
+  t[GeoIndex - 1] = entity;
+  t[GeoIndex].StartPoint = entity.EndPoint;
+  if (GeoIndex - 2 >= 1) t[GeoIndex - 2].EndPoint = entity.StartPoint;
 }
 
 double EntityLength(const GeoEntity& e) {

@@ -19,9 +19,13 @@ class GeometryTable {
   void Add(const GeoEntity& entity);
   // GeoIndex + 1; grows by 500 slots when needed; the new slot starts where the last ended.
   void Advance();
+  // Makes room for `entities` entities at once, so that a plot of a known size does not
+  // move the table as it grows. The contents and the numbering are unchanged.
+  void Reserve(std::int32_t entities);
   // Trims to GeoIndex - 1 entities and sets GeoLast.
   void End();
-  // Stores `entity` before the last one (corner rounding, chamfers) and repairs the chain.
+  // Stores `entity` before the entity being filled at GeoIndex (which moves up one slot and
+  // stays the current one), and repairs the chain: corner rounding and chamfers.
   void InsertBeforeLast(const GeoEntity& entity);
 
   // Highest slot index; 0 means nothing to draw.

@@ -53,13 +53,31 @@ TEST(GeometryTable, AdvanceChainsStartToPreviousEndAcrossGrowth) {
   }
 }
 
+TEST(GeometryTable, ReservedRoomIsFilledWithoutMovingTheTable) {
+  GeometryTable table;
+  table.Begin();
+  table.Reserve(1500);
+  const GeoEntity* const first = table.data();
+  for (int i = 0; i < 1500; ++i) {
+    table.Current().EntityType = kFeed;
+    table.Current().EndPoint.X = float(i);
+    table.Advance();
+  }
+  EXPECT_EQ(table.data(), first);
+  table.End();
+  ASSERT_EQ(table.HighestIndex(), 1500);
+  EXPECT_EQ(table[1500].StartPoint.X, 1498.0f);
+  EXPECT_EQ(table[1500].EndPoint.X, 1499.0f);
+}
+
 TEST(GeometryTable, InsertBeforeLastRepairsTheChain) {
   GeometryTable table;
   table.Begin();
   table.Add(Line(0, 10));
-  table.Add(Line(10, 20));
+  table.Current() = Line(10, 20);  // being filled, not yet advanced past
   GeoEntity corner = Line(9, 11);
   table.InsertBeforeLast(corner);
+  table.Advance();
   table.End();
   ASSERT_EQ(table.HighestIndex(), 3);
   EXPECT_EQ(table[1].EndPoint.X, 9.0f);

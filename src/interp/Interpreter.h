@@ -1,0 +1,255 @@
+#pragma once
+// The block interpreter: reads the program one block at a time, keeps the modal state,
+// the address tables and the position, and hands each motion to the plot driver (or the
+// stepper) through LineMove / ArcMove.
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include "core/GeoTypes.h"
+#include "core/Host.h"
+#include "interp/Axes.h"
+#include "interp/ModalTables.h"
+
+namespace zemtra {
+
+class Evaluator;
+class ProgramText;
+class VariableStore;
+struct MachineConfig;
+
+// A straight motion, in program coordinates (no work offset).
+struct LineMoveRecord {
+  GeoPoint Start;
+  GeoPoint End;
+  std::uint8_t Plane = 0;
+};
+
+// A circular motion, in program coordinates. Direction 2 clockwise, 3 counter-clockwise.
+struct ArcMoveRecord {
+  GeoPoint Start;
+  GeoPoint End;
+  GeoPoint Center;
+  double RadiusOrTurns = 0;
+  std::int16_t Direction = 0;
+  std::uint8_t Plane = 0;
+};
+
+// One open program of the call stack: the text and where its lines are being read.
+struct FileFrame {
+  const ProgramText* Text = nullptr;
+  std::size_t ResumePosition = 0;   // byte offset of the next line to read
+  std::size_t LinePosition = 0;     // byte offset of the line being run
+  std::int32_t ProgramNumber = -1;  // O number this frame is in; -1 for a whole file
+  std::int16_t RepeatCount = 0;     // repetitions still to run of a repeated block
+};
+
+// The user's preferences that change how a program is read.
+struct InterpreterOptions {
+  bool BlockSkip = false;  // a block that begins with "/" is skipped
+  bool StopOnM00 = true;   // M00 shows "M00 Program Stop" with OK and Cancel
+  int WarningReset = 0;    // F and S back to 0: 0 never, 1 on M06, 2 on a T word
+  int IgnoreM98 = 1;       // 1 error if a subprogram is missing, 2 skip it, 3 ignore M98
+  int IgnoreG65 = 1;       // the same for G65
+};
+
+// Index of an address letter in the address tables: A = 1 ... Z = 26.
+constexpr int Letter(char c) {
+  return c - 64;
+}
+
+class Interpreter {
+ public:
+  // ExecuteBlock results.
+  static constexpr int kNoMotion = 0;
+  static constexpr int kMotion = 1;
+  static constexpr int kStop = 2;
+
+  // The run reads `config` and writes `variables`; messages go to `host`.
+  Interpreter(const MachineConfig& config, VariableStore& variables, Evaluator& evaluator,
+              Host& host);
+  Interpreter(const Interpreter&) = delete;
+  Interpreter& operator=(const Interpreter&) = delete;
+
+  void SetOptions(const InterpreterOptions& options) { options_ = options; }
+  const InterpreterOptions& Options() const { return options_; }
+  const MachineConfig& Config() const { return config_; }
+  VariableStore& Variables() { return variables_; }
+  Host& GetHost() { return host_; }
+  // Address index of the configured rotary axis letter; 0 when there is none.
+  int RotaryLetter() const { return rotaryLetter_; }
+
+  // Makes `program` the main program (frame 0) and rewinds it. It must outlive the run.
+  void SetProgram(const ProgramText& program);
+  const ProgramText* MainProgram() const { return mainProgram_; }
+
+  // Resets the modal state, address tables, offsets, frames and counters and decodes the
+  // configuration's Initial State. Called before every run.
+  void InitInterpreter();
+  // Reads and carries out one block: kNoMotion, kMotion (LineMove or ArcMove holds it, by
+  // MotionCode) or kStop (end of program, M02/M30, or an error already shown). Throws
+  // ExpressionFault on unguarded arithmetic of an expression.
+  int ExecuteBlock();
+  // Decodes one cleaned block into the address tables, moving the position; 0 or an error
+  // code of the message list.
+  int DecodeBlock(std::string_view text);
+
+  // Shows a message of the program being run, titled "Zemtra", after moving the caret to the
+  // current block. In a quiet plot nothing is shown and the default answer is returned.
+  MsgAnswer ShowProgramMessage(const std::string& text, MsgIcon icon, MsgButtons buttons);
+  // Shows the error of `code` as the current block's error, placed by where the block was read.
+  void ReportBlockError(int code);
+
+  // Work offset of the active coordinate system, without the local shift.
+  GeoPoint BaseWorkOffset() const;
+  // Loads the active system's offset of one axis (0 X, 1 Y, 2 Z, 3 rotary).
+  void LoadAxisOffset(int axis);
+
+  // --- Modal state ---
+  std::array<float, kModalGroupCount> ModalG{};
+  GroupTable Groups{};
+  std::array<std::int16_t, 27> AddrSeen{};  // 0, or the position of the value in the block
+  std::array<double, 27> AddrValue{};
+  std::array<std::string, 27> AddrText;
+  GeoPoint CurrentPos;
+  GeoPoint WorkOffset;
+  GeoPoint LocalOffset;
+  std::array<bool, 4> OffsetPending{};
+  std::int16_t ExtendedOffset = 0;
+  std::array<bool, 4> AxisSeen{};
+  bool RotaryUsed = false;
+  std::int16_t MotionCode = 0;
+  LineMoveRecord LineMove;
+  ArcMoveRecord ArcMove;
+  bool BlockMoved = false;
+  bool CycleSuppress = false;
+  bool InCycleFile = false;
+  std::int32_t ToolColor = 0;
+  bool SpindleOn = false;
+  std::int32_t BlockNumber = 0;
+  std::string CurrentBlock;
+  std::string BlockMessage;
+
+  // --- Coordinate transforms applied when a motion is stored ---
+  GeoPoint RotationCenter;
+  double RotationAngle = 0;
+  double RotationSin = 0;
+  double RotationCos = 1;
+  std::array<double, 3> MirrorCenter{};
+  std::array<bool, 3> MirrorOn{};
+  std::array<double, 3> ScaleCenter{};  // these three survive from one run to the next
+  std::array<bool, 3> ScaleOn{};
+  double ScaleFactor = 0;
+  double PolarRadius = 0;
+  double PolarAngle = 0;
+  bool PolarRadiusIncremental = false;
+
+  // --- Run counters and flags ---
+  std::int32_t LineCounter = 0;  // 1-based line of the main program
+  std::int32_t ArcErrorCount = 0;
+  bool IgnoreArcErrors = false;
+  double MaxArcDeviation = 0;
+  bool QuietPlot = false;       // no message is shown
+  bool StoppedByError = false;  // the run ended on an error of the program
+  double SpindleMaxRPM = 0;
+  double SpindleMinRPM = 0;
+  double SurfaceSpeed = 0;
+  bool ContourActive = false;
+  bool ContourFinished = false;
+  std::int32_t ContourStart = 0;
+  std::int32_t ContourEnd = 0;
+
+  // --- Files: frames 0 to 8 of the call stack, and the canned cycle's frame ---
+  static constexpr int kFrameCount = 9;
+  std::array<FileFrame, kFrameCount> CallFrames;
+  std::int16_t FileLevel = 0;
+  FileFrame CycleFrame;
+
+ private:
+  // Steps of ExecuteBlock, in order; each returns kContinue or the block's result.
+  static constexpr int kContinue = -1;
+  int EndFinishedContour();
+  int StartModalCycle();
+  int ReadBlockLine();
+  int CleanCurrentBlock();
+  int TakeProgramNumber();
+  int RunMacroStatements();
+  int DecodeCurrentBlock();
+  int StepToolWord();
+  int RunMCodes();
+  int ClearDwellAddress();
+  int ApplyCoordinateSystemCodes();
+  int EnterExternalMacro();
+  int EnterMacroCall();
+  int TakeCycleArguments();
+  int RunMotion();
+  int RunLineMotion();
+  int RunArcMotion();
+  int RunMacroStatement(std::string_view block, std::string& rest, bool& jumped);
+
+  // M-codes of step 10.
+  int RunSpindleAndStopCodes(double m);
+  int RunMirrorCodes(double m);
+  int RunToolChange(double m);
+  int RunCallCodes(double m);
+  void RepeatBlock();
+
+  // Decoding.
+  int DecodeAddresses(std::string_view text, bool lathe);
+  int TakeAddress(std::string_view text, int letter, int& position, bool lathe);
+  int ReadAddressValue(std::string_view text, int letter, int& position);
+  bool ReadPlainNumber(std::string_view text, int letter, int& position);
+  void WriteArgumentVariable(int letter);
+  int CheckOffsetNumber(int letter);
+  int TakeGCode(double g, bool lathe);
+  void ScaleIntegerValue(int letter, double resolution);
+  void MoveMillAxis(int letter);
+  void MoveLatheAxis(int letter);
+  void SetAxis(int axis, double value, bool incremental);
+  void UpdateAxisVariables(int axis, int variableAxis, double scale);
+  void TakeCycleParameter(int letter);
+  int ComputePolarPosition();
+
+  // Start of a run, in order.
+  void TakeConfiguration();
+  void BuildGroupTable();
+  void SetStartValues();
+  void WriteStartVariables();
+  void ClearAddressTables();
+  void DecodeInitialState();
+  void ClearRunState();
+  void LoadWorkOffset();
+  void ReadPositionVariables();
+  void ClearFrames();
+  void ClearCycleCall();
+
+  bool IsLathe() const;
+  bool IsRotaryLetter(int letter) const { return letter == rotaryLetter_; }
+  bool HasLetter(char c) const { return AddrSeen[Letter(c)] != 0; }
+  FileFrame& ActiveFrame() { return InCycleFile ? CycleFrame : CallFrames[FileLevel]; }
+  bool ReadingMainFile() const;
+  int FailPending(int feature);
+
+  const MachineConfig& config_;
+  VariableStore& variables_;
+  Evaluator& evaluator_;
+  Host& host_;
+  InterpreterOptions options_;
+  const ProgramText* mainProgram_ = nullptr;
+  Dialect dialect_ = Dialect::Mill;
+  int rotaryLetter_ = 0;  // address index of the rotary axis letter, 0 when none
+  int dwellLetter_ = 0;
+  std::string_view rawLine_;              // the line being run, as read
+  std::string valueText_;                 // scratch of ScanValue
+  std::array<bool, 27> integerFormat_{};  // the letter's value was written without a point
+  bool offsetNumberMayFollow_ = false;    // this block selected a work system: a P may follow
+  std::array<CoordinateReadBackCache, 4> shownReadBack_;
+  std::array<CoordinateReadBackCache, 4> machineReadBack_;
+  // What #5041 to #5044 hold, as last written here: the previous-block variables take it.
+  std::array<double, 4> workPosition_{};
+  std::array<bool, 4> workPositionNull_{};
+};
+
+}  // namespace zemtra

@@ -1,0 +1,237 @@
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "PlotFixture.h"
+#include "interp/InterpMessages.h"
+
+namespace zemtra {
+namespace {
+
+using test::PlotFixture;
+
+// Results of ExecuteBlock for every block of `program`, up to and including the first stop.
+std::vector<int> Results(PlotFixture& fx, std::string_view program) {
+  fx.Start(program);
+  std::vector<int> results;
+  for (int guard = 0; guard < 1000; ++guard) {
+    results.push_back(fx.interpreter.ExecuteBlock());
+    if (results.back() == Interpreter::kStop) break;
+  }
+  return results;
+}
+
+TEST(ExecuteBlock, WhichBlocksMove) {
+  PlotFixture fx;
+  using V = std::vector<int>;
+  // G1 alone makes no move and stays modal; X1 then moves.
+  EXPECT_EQ(Results(fx, "G1|X1.|Y2.|M30|X3."), (V{0, 1, 1, 2}));
+  EXPECT_EQ(fx.interpreter.MotionCode, 1);
+  // Before any motion code an axis moves as a rapid.
+  EXPECT_EQ(Results(fx, "X1."), (V{1, 2}));
+  EXPECT_EQ(fx.interpreter.MotionCode, 0);
+  // End of the text stops; a "%" line and comments do nothing.
+  EXPECT_EQ(Results(fx, "%|(comment)|O1234|"), (V{0, 0, 0, 2}));
+  EXPECT_EQ(fx.interpreter.CallFrames[0].ProgramNumber, 1234);
+  // G04 X1 is a dwell, not a move; G2 with no address is harmless.
+  EXPECT_EQ(Results(fx, "G4X1.|G2|M2"), (V{0, 0, 2}));
+  EXPECT_EQ(fx.interpreter.CurrentPos.X, 0.0f);
+}
+
+TEST(ExecuteBlock, LinesAreCountedAcrossLineEnds) {
+  PlotFixture fx;
+  fx.program = ProgramText("G0X1.\rG1X2.\nG1X3.\r\n\r\nG1X4.", "t.nc");
+  fx.interpreter.SetProgram(fx.program);
+  fx.interpreter.InitInterpreter();
+  std::vector<int> lines;
+  while (fx.interpreter.ExecuteBlock() != Interpreter::kStop) {
+    lines.push_back(fx.interpreter.LineCounter);
+  }
+  EXPECT_EQ(lines, (std::vector<int>{1, 2, 3, 4, 5}));
+}
+
+TEST(ExecuteBlock, ToolChangesStepTheColour) {
+  struct Case {
+    int colorChangeCode;
+    const char* program;
+    int toolColor;
+  } cases[] = {
+      {0, "T1M6", 1}, {1, "T1M6", 1}, {0, "T1|T2", 0}, {1, "T1|T2", 2}, {0, "M6|M6", 2},
+  };
+  for (const Case& c : cases) {
+    PlotFixture fx;
+    fx.config.ColorChangeCode = static_cast<std::int16_t>(c.colorChangeCode);
+    Results(fx, c.program);
+    EXPECT_EQ(fx.interpreter.ToolColor, c.toolColor) << c.program << " " << c.colorChangeCode;
+  }
+}
+
+TEST(ExecuteBlock, FeedAndSpeedResetOnToolChange) {
+  struct Case {
+    int warningReset;
+    const char* program;
+    double feed;
+  } cases[] = {
+      {0, "F100.S500|T2M6", 100}, {1, "F100.S500|T2M6", 0}, {1, "F100.S500|T2", 100},
+      {2, "F100.S500|T2", 0},     {2, "F100.S500|M6", 100},
+  };
+  for (const Case& c : cases) {
+    PlotFixture fx;
+    InterpreterOptions options;
+    options.WarningReset = c.warningReset;
+    fx.interpreter.SetOptions(options);
+    Results(fx, c.program);
+    EXPECT_EQ(fx.interpreter.AddrValue[Letter('F')], c.feed) << c.program << " " << c.warningReset;
+    EXPECT_EQ(fx.interpreter.AddrValue[Letter('S')], c.feed == 0 ? 0 : 500) << c.program;
+  }
+}
+
+TEST(ExecuteBlock, SpindleStateFollowsMCodes) {
+  PlotFixture fx;
+  InterpreterOptions options;
+  options.StopOnM00 = false;
+  fx.interpreter.SetOptions(options);
+  const std::pair<const char*, bool> cases[] = {
+      {"M3", true},     {"M4", true},     {"M13", true},    {"M3|M5", false},
+      {"M3|M0", false}, {"M3|M6", false}, {"M14|M8", true},
+  };
+  for (const auto& [program, on] : cases) {
+    Results(fx, program);
+    EXPECT_EQ(fx.interpreter.SpindleOn, on) << program;
+  }
+}
+
+TEST(ExecuteBlock, M00AsksAndCancelStops) {
+  PlotFixture fx;
+  fx.host.queueAnswer(MsgAnswer::Cancel);
+  EXPECT_EQ(Results(fx, "M0|G0X1."), (std::vector<int>{2}));
+  ASSERT_EQ(fx.host.shown.size(), 1u);
+  EXPECT_EQ(fx.host.shown[0].prompt.text, "M00 Program Stop");
+  EXPECT_EQ(fx.host.shown[0].prompt.title, "Zemtra");
+  EXPECT_EQ(fx.host.shown[0].prompt.icon, MsgIcon::Information);
+  EXPECT_EQ(fx.host.shown[0].prompt.buttons, MsgButtons::OkCancel);
+  // OK goes on.
+  EXPECT_EQ(Results(fx, "M0|G0X1."), (std::vector<int>{0, 1, 2}));
+}
+
+TEST(ExecuteBlock, ErrorsAreShownAndStop) {
+  PlotFixture fx;
+  EXPECT_EQ(Results(fx, "G0X1.|G1 X1 ;note|G1X5."), (std::vector<int>{1, 2}));
+  ASSERT_EQ(fx.host.shown.size(), 1u);
+  const Prompt& prompt = fx.host.shown[0].prompt;
+  EXPECT_EQ(prompt.text, "Error:\r\n\r\nInvalid Character");
+  EXPECT_EQ(prompt.title, "Zemtra");
+  EXPECT_EQ(prompt.icon, MsgIcon::Exclamation);
+  EXPECT_EQ(prompt.buttons, MsgButtons::Ok);
+  EXPECT_EQ(fx.host.caretLines, (std::vector<int>{2}));
+  EXPECT_TRUE(fx.interpreter.StoppedByError);
+}
+
+TEST(ExecuteBlock, QuietRunShowsNothingButStillStops) {
+  PlotFixture fx;
+  fx.interpreter.QuietPlot = true;
+  EXPECT_EQ(Results(fx, "M0|G1XY1.|G0X1."), (std::vector<int>{0, 2}));
+  EXPECT_TRUE(fx.host.shown.empty());
+  EXPECT_TRUE(fx.host.caretLines.empty());
+}
+
+TEST(ExecuteBlock, BlockRepeatReadsTheLineAgain) {
+  PlotFixture fx;
+  fx.Start("G91G0X1.L3|X10.|M30");
+  std::vector<float> xs;
+  std::vector<int> lines;
+  while (fx.interpreter.ExecuteBlock() == Interpreter::kMotion) {
+    xs.push_back(fx.interpreter.CurrentPos.X);
+    lines.push_back(fx.interpreter.LineCounter);
+  }
+  EXPECT_EQ(xs, (std::vector<float>{1, 2, 3, 13}));
+  EXPECT_EQ(lines, (std::vector<int>{1, 1, 1, 2}));
+}
+
+TEST(ExecuteBlock, BlockSkipOption) {
+  PlotFixture fx;
+  InterpreterOptions options;
+  options.BlockSkip = true;
+  fx.interpreter.SetOptions(options);
+  EXPECT_EQ(Results(fx, "/G0X1.|G0Y1."), (std::vector<int>{0, 1, 2}));
+  EXPECT_EQ(fx.interpreter.CurrentPos.X, 0.0f);
+  options.BlockSkip = false;
+  fx.interpreter.SetOptions(options);
+  EXPECT_EQ(Results(fx, "/G0X1.|G0Y1."), (std::vector<int>{1, 1, 2}));
+  EXPECT_EQ(fx.interpreter.CurrentPos.X, 1.0f);
+}
+
+TEST(ExecuteBlock, AssignmentsRunAndFeedTheDecoder) {
+  PlotFixture fx;
+  EXPECT_EQ(Results(fx, "#100=2.5|G0X#100|POPEN|DPRNT[X]|M30"), (std::vector<int>{0, 1, 0, 0, 2}));
+  EXPECT_EQ(fx.interpreter.CurrentPos.X, 2.5f);
+}
+
+TEST(ExecuteBlock, M99AtTheMainLevelEndsTheRun) {
+  PlotFixture fx;
+  EXPECT_EQ(Results(fx, "G0X1.|M99|G0X2."), (std::vector<int>{1, 2}));
+  EXPECT_TRUE(fx.host.shown.empty());
+}
+
+// Blocks that need a part of the interpreter that is not there stop with a clear message.
+TEST(ExecuteBlock, NotYetSupportedBlocksStopWithAMessage) {
+  const std::pair<const char*, int> cases[] = {
+      {"G2X1.Y1.R1.", kPendingArc},
+      {"G81X1.Y1.Z-1.R1.", kPendingCannedCycle},
+      {"M98P100", kPendingSubprogram},
+      {"G65P9000", kPendingMacroCall},
+      {"G12I1.", kPendingExternalMacro},
+      {"IF[1EQ1]GOTO10", kPendingMacroStatement},
+      {"G92X0", kPendingCoordinateSystem},
+      {"G16X1.Y2.", kPendingPolar},
+      {"M87", kPendingMirror},
+  };
+  for (const auto& [block, code] : cases) {
+    PlotFixture fx;
+    EXPECT_EQ(Results(fx, block), (std::vector<int>{2})) << block;
+    ASSERT_EQ(fx.host.shown.size(), 1u) << block;
+    EXPECT_EQ(fx.host.shown[0].prompt.text, "Error:\r\n\r\n" + InterpreterErrorText(code));
+  }
+}
+
+TEST(ExecuteBlock, LatheStartsOnlyWhenBothAxesHaveAValue) {
+  MachineConfig lathe = test::DefaultMill();
+  lathe.MachineType = 1;
+  PlotFixture fx(lathe);
+  EXPECT_EQ(Results(fx, "G1X1.|G0Z1.|G1X2.|M30"), (std::vector<int>{0, 1, 1, 2}));
+  EXPECT_FALSE(fx.interpreter.BlockMoved);  // only a rapid sets it on a lathe
+  EXPECT_EQ(fx.interpreter.ModalG[2], 18.0f);
+}
+
+TEST(InitInterpreter, StartValuesAndInitialState) {
+  PlotFixture fx;
+  fx.config.InitialState = "G91 G18 G21";
+  fx.Start("");
+  const auto& g = fx.interpreter.ModalG;
+  EXPECT_EQ(g[1], 0.0f);
+  EXPECT_EQ(g[2], 18.0f);
+  EXPECT_EQ(g[3], 91.0f);
+  EXPECT_EQ(g[6], 21.0f);
+  EXPECT_EQ(g[9], 80.0f);
+  EXPECT_EQ(g[12], 54.0f);
+  EXPECT_EQ(g[19], 50.1f);
+  EXPECT_DOUBLE_EQ(fx.variables.ReadNumber(4219), 50.1);
+  EXPECT_DOUBLE_EQ(fx.variables.ReadNumber(5100), 0);
+  // External macro codes leave their groups.
+  EXPECT_EQ(fx.interpreter.Groups[12], 0);
+  EXPECT_EQ(fx.interpreter.Groups[37], 0);
+  EXPECT_EQ(fx.interpreter.Groups[54], 12);
+}
+
+TEST(InitInterpreter, WorkOffsetOfTheStartingSystem) {
+  PlotFixture fx;
+  fx.variables.WriteNumber(5221, 1.5);
+  fx.variables.WriteNumber(5223, -3);
+  fx.Start("");
+  EXPECT_EQ(fx.interpreter.WorkOffset, (GeoPoint{1.5f, 0, -3, 0}));
+  EXPECT_EQ(fx.interpreter.OffsetPending, (std::array<bool, 4>{true, true, true, true}));
+}
+
+}  // namespace
+}  // namespace zemtra

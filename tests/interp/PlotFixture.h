@@ -1,0 +1,73 @@
+#pragma once
+// A machine, a variable store, an interpreter and a plot driver wired together, with a
+// recording host, for the interpreter's tests.
+#include <string>
+#include <string_view>
+
+#include "config/ConfigFile.h"
+#include "config/ConfigText.h"
+#include "config/MachineConfig.h"
+#include "core/GeometryTable.h"
+#include "core/RecordingHost.h"
+#include "interp/Interpreter.h"
+#include "interp/PlotDriver.h"
+#include "macro/Evaluator.h"
+#include "macro/ProgramText.h"
+#include "macro/VariableStore.h"
+
+namespace zemtra::test {
+
+// The configuration a file with no keys gives: a mill with the default options.
+inline MachineConfig DefaultMill() {
+  MachineConfig config;
+  ReadConfigRecord(ConfigText(""), config);
+  config.ConfigName = "Test";
+  return config;
+}
+
+// `text` with "|" as line ends, for programs written on one line.
+inline std::string Lines(std::string_view text) {
+  std::string result;
+  for (char c : text) result += c == '|' ? std::string("\r\n") : std::string(1, c);
+  return result;
+}
+
+struct PlotFixture {
+  explicit PlotFixture(MachineConfig machine = DefaultMill())
+      : config(std::move(machine)),
+        evaluator(variables),
+        interpreter(config, variables, evaluator, host),
+        driver(interpreter, table, host) {}
+
+  // Plots `text` ("|" separates lines) as an untitled program and returns the entity count.
+  int Plot(std::string_view text) {
+    program = ProgramText(Lines(text), "test.nc");
+    driver.RefreshGeometry(program);
+    return table.HighestIndex();
+  }
+
+  // Starts a run of `text` for block-by-block tests.
+  void Start(std::string_view text) {
+    program = ProgramText(Lines(text), "test.nc");
+    interpreter.SetProgram(program);
+    interpreter.InitInterpreter();
+  }
+
+  // Texts of every message shown, in order.
+  std::vector<std::string> MessageTexts() const {
+    std::vector<std::string> texts;
+    for (const auto& shown : host.shown) texts.push_back(shown.prompt.text);
+    return texts;
+  }
+
+  MachineConfig config;
+  VariableStore variables;
+  Evaluator evaluator;
+  RecordingHost host;
+  GeometryTable table;
+  Interpreter interpreter;
+  PlotDriver driver;
+  ProgramText program;
+};
+
+}  // namespace zemtra::test
