@@ -213,7 +213,7 @@ std::filesystem::path IniSettingsStore::DefaultPath() {
 }
 
 bool IniSettingsStore::Load(std::string* error) {
-  sections_.clear();
+  Sections().clear();
   std::error_code code;
   if (!std::filesystem::exists(file_, code)) return true;
   std::ifstream in(file_, std::ios::binary);
@@ -246,13 +246,13 @@ void IniSettingsStore::ParseText(std::string_view text) {
     const std::size_t equals = line.find('=');
     if (equals == std::string_view::npos) continue;
     const std::string key = UnescapeIniKey(Trim(line.substr(0, equals)));
-    if (!key.empty()) sections_[section][key] = UnescapeIniValue(line.substr(equals + 1));
+    if (!key.empty()) Sections()[section][key] = UnescapeIniValue(line.substr(equals + 1));
   }
 }
 
 std::string IniSettingsStore::Text() const {
   std::string text;
-  for (const auto& [section, keys] : sections_) {
+  for (const auto& [section, keys] : Sections()) {
     if (keys.empty()) continue;
     if (!text.empty()) text += '\n';
     const bool ungrouped = section == kUngrouped;
@@ -289,31 +289,6 @@ bool IniSettingsStore::Save(std::string* error) const {
     return false;
   }
   return true;
-}
-
-std::string IniSettingsStore::GetSetting(const std::string& section, const std::string& key,
-                                         const std::string& fallback) const {
-  const auto s = sections_.find(section);
-  if (s == sections_.end()) return fallback;
-  const auto k = s->second.find(key);
-  return k == s->second.end() ? fallback : k->second;
-}
-
-void IniSettingsStore::SaveSetting(const std::string& section, const std::string& key,
-                                   const std::string& value) {
-  sections_[section][key] = value;
-}
-
-void IniSettingsStore::DeleteSetting(const std::string& section) {
-  sections_.erase(section);
-}
-
-std::vector<std::pair<std::string, std::string>> IniSettingsStore::GetAllSettings(
-    const std::string& section) const {
-  std::vector<std::pair<std::string, std::string>> pairs;
-  const auto s = sections_.find(section);
-  if (s != sections_.end()) pairs.assign(s->second.begin(), s->second.end());
-  return pairs;
 }
 
 }  // namespace zemtra

@@ -14,7 +14,7 @@
 
 namespace zemtra {
 
-class IniSettingsStore : public SettingsStore {
+class IniSettingsStore : public MemorySettingsStore {
  public:
   explicit IniSettingsStore(std::filesystem::path file) : file_(std::move(file)) {}
 
@@ -29,14 +29,6 @@ class IniSettingsStore : public SettingsStore {
   // when it cannot be written (the old file then stands).
   bool Save(std::string* error = nullptr) const;
 
-  std::string GetSetting(const std::string& section, const std::string& key,
-                         const std::string& fallback = "") const override;
-  void SaveSetting(const std::string& section, const std::string& key,
-                   const std::string& value) override;
-  void DeleteSetting(const std::string& section) override;
-  std::vector<std::pair<std::string, std::string>> GetAllSettings(
-      const std::string& section) const override;
-
   // The file's text of the store as it stands.
   std::string Text() const;
   // Fills the store from a file's text (what Load does after reading).
@@ -44,7 +36,6 @@ class IniSettingsStore : public SettingsStore {
 
  private:
   std::filesystem::path file_;
-  std::map<std::string, std::map<std::string, std::string>> sections_;
 };
 
 // Qt's INI escaping of a section or key name, and its inverse.

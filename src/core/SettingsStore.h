@@ -34,8 +34,13 @@ class MemorySettingsStore : public SettingsStore {
   std::vector<std::pair<std::string, std::string>> GetAllSettings(
       const std::string& section) const override;
 
+ protected:
+  using SectionMap = std::map<std::string, std::map<std::string, std::string>>;
+  const SectionMap& Sections() const { return sections_; }
+  SectionMap& Sections() { return sections_; }
+
  private:
-  std::map<std::string, std::map<std::string, std::string>> sections_;
+  SectionMap sections_;
 };
 
 }  // namespace zemtra
