@@ -12,7 +12,8 @@ class VariableStore;
 // the error code of the first bad assignment (11, 12, 13, 4 or an evaluator code); assignments
 // before it stand, except those to #1-#99, which take effect only when the whole line succeeds.
 // Text where an assignment must start is error 12. An assignment to #3000 is stored like any
-// other. Throws ExpressionFault (incl. ExpressionTooLong) like the evaluator.
+// other. Throws ExpressionFault (incl. ExpressionTooLong) like the evaluator. The same as
+// MacroStatements::ExecuteAssignments.
 int ExecuteAssignments(std::string_view cleanedLine, Evaluator& evaluator,
                        VariableStore& variables);
 

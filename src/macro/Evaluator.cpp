@@ -72,6 +72,19 @@ constexpr Word kWords[] = {
     {"ROUND", Evaluator::kRound},
 };
 
+// Characters that begin one of the words.
+constexpr std::array<bool, 256> WordStarts() {
+  std::array<bool, 256> starts{};
+  for (const Word& word : kWords) starts[static_cast<unsigned char>(word.text[0])] = true;
+  return starts;
+}
+constexpr std::array<bool, 256> kWordStarts = WordStarts();
+
+// Whether `c` (upper case) is the first letter of one of the words.
+bool BeginsWord(char c) {
+  return kWordStarts[static_cast<unsigned char>(c)];
+}
+
 // Token codes applied by each priority level's pass.
 struct LevelCodes {
   int low;
@@ -349,6 +362,12 @@ int Evaluator::ScanSign(std::string_view text, int& position, int& index) {
 }
 
 int Evaluator::ScanWord(std::string_view text, int& position, int& index, bool& finished) {
+  // Most characters that end an expression ("=", the "D" of DO, most address letters)
+  // begin no word: they finish without the word-by-word comparison.
+  if (!BeginsWord(At(text, position))) {
+    finished = true;
+    return 0;
+  }
   for (const Word& word : kWords) {
     if (!WordAt(text, position, word.text)) continue;
     position += static_cast<int>(word.text.size());

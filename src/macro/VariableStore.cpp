@@ -206,7 +206,7 @@ void VariableStore::WriteListNull(int n) {
 }
 
 void VariableStore::ClearVariables() {
-  for (int frame = 0; frame < kCallFrames; ++frame) Locals(frame).Clear();
+  for (int frame = 0; frame < kClearedFrames; ++frame) Locals(frame).Clear();
   for (VariableValue& value : common_) value.SetNull();
 }
 

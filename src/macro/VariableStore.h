@@ -58,10 +58,12 @@ class LocalVariables {
 
 class VariableStore {
  public:
-  // Frames 0 to 7 belong to the call levels, frame 8 to a running canned cycle macro.
-  static constexpr int kCallFrames = 8;
-  static constexpr int kCycleFrame = 8;
-  static constexpr int kFrameCount = 9;
+  // Frames 0 to 8 belong to the call levels, frame 9 to a running canned cycle macro.
+  // ClearVariables empties only frames 0 to 7 (kClearedFrames): frame 8 and the cycle frame stay.
+  static constexpr int kCallFrames = 9;
+  static constexpr int kCycleFrame = 9;
+  static constexpr int kFrameCount = 10;
+  static constexpr int kClearedFrames = 8;
 
   static constexpr int kFirstLocal = 1;
   static constexpr int kFirstCommon = 100;
@@ -97,8 +99,8 @@ class VariableStore {
   // (e.g. the previous-block position taking the old work position on every block).
   void CopyVariable(int from, int to);
 
-  // Empties #1-#99 of frames 0 to 7 and #100-#999; persistent, list variables and the cycle
-  // frame stay.
+  // Empties #1-#99 of frames 0 to 7 and #100-#999; persistent, list variables, frame 8 and the
+  // cycle frame stay.
   void ClearVariables();
   // Empties the locals of every frame, the cycle frame included (start of a run).
   void ClearAllFrames();
@@ -108,11 +110,11 @@ class VariableStore {
   // The current frame: the cycle frame while a cycle macro runs, else the call level.
   int CurrentFrame() const { return inCycleMacro_ ? kCycleFrame : callLevel_; }
   int CallLevel() const { return callLevel_; }
-  // level 0 to 7; values outside are clamped.
+  // level 0 to 8; values outside are clamped.
   void SetCallLevel(int level);
   bool InCycleMacro() const { return inCycleMacro_; }
   void SetInCycleMacro(bool running) { inCycleMacro_ = running; }
-  // Locals of frame 0 to 8 (kCycleFrame).
+  // Locals of frame 0 to 9 (kCycleFrame).
   LocalVariables& Locals(int frame) { return frames_[static_cast<std::size_t>(frame)]; }
   const LocalVariables& Locals(int frame) const { return frames_[static_cast<std::size_t>(frame)]; }
   LocalVariables& CurrentLocals() { return Locals(CurrentFrame()); }

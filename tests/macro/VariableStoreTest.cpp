@@ -166,8 +166,9 @@ TEST(VariableStoreTest, ClearingKeepsWhatOutlivesARun) {
   for (const int n : {100, 999, 1000, 5399, 6000}) store.WriteNumber(n, 1);
 
   store.ClearVariables();
-  for (int level = 0; level < VariableStore::kCallFrames; ++level)
+  for (int level = 0; level < VariableStore::kClearedFrames; ++level)
     EXPECT_TRUE(store.Locals(level)[5].IsNull()) << level;
+  EXPECT_FALSE(store.Locals(VariableStore::kClearedFrames)[5].IsNull());
   EXPECT_FALSE(store.Locals(VariableStore::kCycleFrame)[5].IsNull());
   EXPECT_TRUE(store.IsNull(100));
   EXPECT_TRUE(store.IsNull(999));
