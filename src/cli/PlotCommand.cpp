@@ -12,6 +12,7 @@
 #include "cli/CliHost.h"
 #include "cli/IniSettingsStore.h"
 #include "cli/JsonWriter.h"
+#include "cli/PlotPicture.h"
 #include "config/ConfigFile.h"
 #include "config/MachineConfig.h"
 #include "core/AppFolder.h"
@@ -27,6 +28,7 @@
 #include "macro/Evaluator.h"
 #include "macro/ProgramText.h"
 #include "macro/VariableStore.h"
+#include "view/Views.h"
 
 namespace zemtra {
 
@@ -44,6 +46,16 @@ constexpr std::array kPlotOptions = {
     OptionSpec{"--max-blocks", "N", "stop after N blocks (default 100000000)"},
     OptionSpec{"--use-settings", "",
                "use and keep the user's settings and variable state (default: start clean)"},
+    OptionSpec{"--png", "OUT", "draw the tool path into the PNG picture OUT"},
+    OptionSpec{"--svg", "OUT",
+               "draw the tool path into the SVG picture OUT (\"-\": to stdout, instead of the "
+               "summary)"},
+    OptionSpec{"--view", "VIEW",
+               "view of the pictures: top, bottom, front, back, right, left, iso,\n"
+               "                       front-turret, back-turret, vertical-left, vertical-right,\n"
+               "                       iso-mill, iso-lathe, or 0 to 11 (default: top, on a lathe\n"
+               "                       front-turret; with --use-settings the saved view)"},
+    OptionSpec{"--size", "WxH", "size of the pictures in pixels (default 800x600)"},
 };
 
 constexpr CommandSyntax kPlotSyntax{
@@ -51,7 +63,8 @@ constexpr CommandSyntax kPlotSyntax{
     "FILE [options]",
     "Plots FILE as the interpreter reads it and prints the size of the tool path: entities,\n"
     "extents, rapid and feed distance, run time and arc errors. Messages the window would show\n"
-    "are printed to stderr and answered with OK, or No where there is a No.",
+    "are printed to stderr and answered with OK, or No where there is a No. With --png or\n"
+    "--svg it also draws the tool path as the viewport shows it, zoomed to the part.",
     kPlotOptions,
     1,
     1};
@@ -63,6 +76,8 @@ struct PlotRequest {
   bool json = false;
   bool useSettings = false;
   std::int64_t maxBlocks = kDefaultMaxBlocks;
+  PictureOptions picture;
+  std::string viewName;  // resolved once the machine type is known
 };
 
 // A configuration argument is a path when it names an existing file or holds a separator;
@@ -108,6 +123,37 @@ void RunConfigLine(PlotSession& plot, const std::string& line) {
   }
 }
 
+// The picture options: files, view and size; PNG only where the build can write it.
+int ParsePictureOptions(const Args& parsed, std::ostream& err, PlotRequest& request, bool& done) {
+  PictureOptions& picture = request.picture;
+  picture.pngPath = parsed.valueOr("--png", "");
+  picture.svgPath = parsed.valueOr("--svg", "");
+  request.viewName = parsed.valueOr("--view", "");
+  done = true;
+  if (parsed.has("--png") && picture.pngPath.empty()) {
+    return UsageError("plot", "--png needs a file name", err);
+  }
+  if (parsed.has("--svg") && picture.svgPath.empty()) {
+    return UsageError("plot", "--svg needs a file name", err);
+  }
+  if (!request.viewName.empty() && ViewFromCommandName(request.viewName, 0) < 0) {
+    return UsageError("plot", "unknown view '" + request.viewName + "'", err);
+  }
+  const std::string size = parsed.valueOr("--size", "");
+  if (!size.empty() && !ParsePictureSize(size, picture.width, picture.height)) {
+    return UsageError("plot", "--size must be WIDTHxHEIGHT, each 16 to 16384: '" + size + "'", err);
+  }
+  if (picture.svgPath == "-" && request.json) {
+    return UsageError("plot", "--svg - and --json both write to standard output", err);
+  }
+  if (!picture.pngPath.empty() && !PngOutputAvailable()) {
+    err << "zemtra-cli plot: PNG output is not available in this build\n";
+    return kExitUsage;
+  }
+  done = false;
+  return kExitDone;
+}
+
 int ParseRequest(const std::vector<std::string>& args, std::ostream& out, std::ostream& err,
                  PlotRequest& request, bool& done) {
   Args parsed;
@@ -126,7 +172,7 @@ int ParseRequest(const std::vector<std::string>& args, std::ostream& out, std::o
     return UsageError("plot", error, err);
   }
   request.maxBlocks = *maxBlocks;
-  return kExitDone;
+  return ParsePictureOptions(parsed, err, request, done);
 }
 
 bool LoadMachine(PlotSession& plot, const PlotRequest& request, std::ostream& err) {
@@ -270,6 +316,26 @@ void KeepVariables(PlotSession& plot, SettingsStore& settings, bool useSettings,
   }
 }
 
+// Draws the plotted table into the pictures asked for; 0, or kExitUsage when one cannot be
+// written.
+int WritePictures(PlotSession& plot, PlotRequest& request, const SettingsStore& settings,
+                  std::ostream& out, std::ostream& err) {
+  PictureOptions& picture = request.picture;
+  if (picture.pngPath.empty() && picture.svgPath.empty()) return kExitDone;
+  const MachineConfig& config = plot.session.ActiveConfig;
+  if (!request.viewName.empty()) {
+    picture.view = ViewFromCommandName(request.viewName, config.MachineType);
+  }
+  VariableStore& variables = plot.variables;
+  PictureScene scene{plot.table,
+                     plot.driver.EntityCount(),
+                     config,
+                     [&variables](int n) { return variables.ReadNumber(n); },
+                     plot.interpreter.RotaryUsed ? config.RotaryAxisIdentifier : std::string(),
+                     request.useSettings ? &settings : nullptr};
+  return WritePlotPictures(scene, picture, plot.host, out, err) == 0 ? kExitDone : kExitUsage;
+}
+
 }  // namespace
 
 int RunPlotCommand(const std::vector<std::string>& args, std::ostream& out, std::ostream& err) {
@@ -301,11 +367,13 @@ int RunPlotCommand(const std::vector<std::string>& args, std::ostream& out, std:
   const bool stopped = plot->interpreter.StoppedByError || plot->driver.Failed;
   if (request.json) {
     WriteJson(*plot, request, stopped, out);
-  } else {
+  } else if (request.picture.svgPath != "-") {
     WriteSummary(*plot, request, out);
   }
+  const int pictures = interrupted ? kExitDone : WritePictures(*plot, request, *settings, out, err);
   out.flush();
   if (interrupted) err << "zemtra-cli plot: interrupted\n";
+  if (pictures != kExitDone) return pictures;
   return stopped || interrupted ? kExitStopped : kExitDone;
 }
 

@@ -130,7 +130,7 @@ int Interpreter::DecodeAddresses(std::string_view text, bool lathe) {
 
 // One address: its value, its argument variable, the offset number check, a G-code's modal
 // effect, and the move of an axis.
-int Interpreter::TakeAddress(std::string_view text, int letter, int& position, bool lathe) {
+inline int Interpreter::TakeAddress(std::string_view text, int letter, int& position, bool lathe) {
   if (int code = ReadAddressValue(text, letter, position)) return code;
   if (letter <= Letter('T')) WriteArgumentVariable(letter);
   if (offsetNumberMayFollow_) {
@@ -148,8 +148,9 @@ int Interpreter::TakeAddress(std::string_view text, int letter, int& position, b
 }
 
 // Reads the value of an address from the 1-based `position` and leaves `position` behind it.
-int Interpreter::ReadAddressValue(std::string_view text, int letter, int& position) {
+inline int Interpreter::ReadAddressValue(std::string_view text, int letter, int& position) {
   if (ReadPlainNumber(text, letter, position)) return 0;
+  FlushVariables();  // an expression may read what this block has written so far
   const int code = evaluator_.ScanValue(text, position, valueText_);
   if (code > 0) return code;
   if (valueText_.empty()) return kEmptyValue;
@@ -157,18 +158,18 @@ int Interpreter::ReadAddressValue(std::string_view text, int letter, int& positi
   int error = 0;
   const double value = evaluator_.EvaluateValue(isEmpty, error);
   if (error > 0) return error;
-  AddrText[letter] = valueText_;
+  AddrText[letter].Assign(valueText_);
   AddrValue[letter] = value;
   integerFormat_[letter] = valueText_.find('.') == std::string::npos && IsNumberText(valueText_);
   return 0;
 }
 
 // The common case of a plain number ("12", "-0.5", "3."), read without the expression
-// machinery, with the same result: a leading sign is an operation on 0, so "-0" is 0. Digits
-// that fit in 2^53 with at most 22 decimals convert exactly by one correctly rounded division;
-// longer ones go through from_chars. Returns false, having read nothing, when the value is not
-// a plain number followed by the end of the block or by the next address.
-bool Interpreter::ReadPlainNumber(std::string_view text, int letter, int& position) {
+// machinery, with the same result: a leading sign is an operation on 0, so "-0" is 0. Up to 15
+// digits with at most 22 decimals convert exactly by one correctly rounded division; longer
+// ones go through from_chars. Returns false, having read nothing, when the value is not a plain
+// number followed by the end of the block or by the next address.
+inline bool Interpreter::ReadPlainNumber(std::string_view text, int letter, int& position) {
   const char* const begin = text.data();
   const char* const end = begin + text.size();
   const char* const start = begin + position - 1;
@@ -177,46 +178,42 @@ bool Interpreter::ReadPlainNumber(std::string_view text, int letter, int& positi
   if (at < end && (*at == '-' || *at == '+')) negative = *at++ == '-';
   const char* const digitsStart = at;
   std::uint64_t mantissa = 0;
-  int significant = 0;
-  int decimals = 0;
-  bool point = false;
-  bool digit = false;
-  for (; at < end; ++at) {
-    const unsigned d = static_cast<unsigned>(*at - '0');
-    if (d <= 9) {
-      digit = true;
-      decimals += point;
-      if (d == 0 && significant == 0) continue;
+  const auto takeDigits = [&] {
+    const char* const first = at;
+    for (unsigned d; at < end && (d = static_cast<unsigned>(*at - '0')) <= 9; ++at) {
       mantissa = mantissa * 10 + d;
-      ++significant;
-    } else if (*at == '.' && !point) {
-      point = true;
-    } else {
-      break;
     }
+    return at - first;
+  };
+  std::ptrdiff_t digits = takeDigits();
+  const bool point = at < end && *at == '.';
+  std::ptrdiff_t decimals = 0;
+  if (point) {
+    ++at;
+    decimals = takeDigits();
+    digits += decimals;
   }
-  if (!digit) return false;
+  if (digits == 0) return false;
   if (at < end &&
       (*at < 'A' || *at > 'Z' || StartsExpressionWord(std::string_view(at, end - at)))) {
     return false;
   }
   double value = 0;
-  if (significant <= 15 && decimals <= 22) {
+  if (digits <= 15 && decimals <= 22) {
     value = static_cast<double>(mantissa) / kExactPowersOfTen[decimals];
   } else {
     const auto result = std::from_chars(digitsStart, at, value);
     if (result.ec != std::errc() || result.ptr != at) return false;
   }
   AddrValue[letter] = negative ? 0 - value : value;
-  AddrText[letter].assign(start, static_cast<std::size_t>(at - start));
+  AddrText[letter].Assign(std::string_view(start, static_cast<std::size_t>(at - start)));
   integerFormat_[letter] = !point;
   position = static_cast<int>(at - begin) + 1;
   return true;
 }
 
-void Interpreter::WriteArgumentVariable(int letter) {
-  variables_.WriteNumber(4300 + kArgumentNumber[static_cast<std::size_t>(letter)],
-                         AddrValue[letter]);
+inline void Interpreter::WriteArgumentVariable(int letter) {
+  blockVariables_.SetArgument(kArgumentNumber[static_cast<std::size_t>(letter)], AddrValue[letter]);
 }
 
 // Behind G54 to G59 a P selects an extended offset (G54 P2 is G54.1 P2); behind G54.1 the P
@@ -247,7 +244,7 @@ int Interpreter::TakeGCode(double g, bool lathe) {
   if (group == 1 && !InCycleFile) ModalG[9] = 80;
   if (group == 2 && code != ModalG[2] && ModalG[16] == 68) return kPlaneChangeUnderG68;
   ModalG[static_cast<std::size_t>(group)] = code;
-  variables_.WriteNumber(4200 + group, g);
+  blockVariables_.SetModalCode(group, g);
   if (group == 12) {
     OffsetPending.fill(true);
     offsetNumberMayFollow_ = true;
@@ -262,7 +259,7 @@ int Interpreter::TakeGCode(double g, bool lathe) {
   return 0;
 }
 
-void Interpreter::ScaleIntegerValue(int letter, double resolution) {
+inline void Interpreter::ScaleIntegerValue(int letter, double resolution) {
   if (integerFormat_[letter]) AddrValue[letter] *= resolution;
 }
 
@@ -284,12 +281,12 @@ void Interpreter::MoveMillAxis(int letter) {
       if (cycleParameter) return TakeCycleParameter(letter);
       SetAxis(2, AddrValue[letter], ModalG[3] == 91);
       UpdateAxisVariables(2, 2, 1);
-      if (ModalG[9] == 80) variables_.WriteNumber(5103, shownReadBack_[2].Get(CurrentPos.Z));
+      if (ModalG[9] == 80) blockVariables_.SetZLevel(CurrentPos.Z);
       return;
     case 'X':
     case 'Y': {
       const int axis = letter == Letter('X') ? 0 : 1;
-      if (ModalG[18] == 16) return;  // polar: the position is made at the end of the block
+      if (ModalG[18] == 16) return TakePolarWord(letter);  // the position comes at the end
       SetAxis(axis, AddrValue[letter], ModalG[3] == 91);
       UpdateAxisVariables(axis, axis, 1);
       return;
@@ -337,7 +334,7 @@ void Interpreter::MoveLatheAxis(int letter) {
       if (c == 'Z' && cycleParameter) return TakeCycleParameter(letter);
       SetAxis(2, AddrValue[letter], c == 'W' || ModalG[3] == 91);
       UpdateAxisVariables(2, 1, 1);
-      if (ModalG[9] == 80) variables_.WriteNumber(5103, shownReadBack_[2].Get(CurrentPos.Z));
+      if (ModalG[9] == 80) blockVariables_.SetZLevel(CurrentPos.Z);
       return;
     default:
       break;
@@ -349,45 +346,11 @@ void Interpreter::MoveLatheAxis(int letter) {
   }
 }
 
-void Interpreter::SetAxis(int axis, double value, bool incremental) {
-  float& position = AxisRef(CurrentPos, axis);
-  position = static_cast<float>(incremental ? double(position) + value : value);
-  if (OffsetPending[static_cast<std::size_t>(axis)]) LoadAxisOffset(axis);
-  AxisSeen[static_cast<std::size_t>(axis)] = true;
-}
-
-// Previous, machine and work position variables of one axis. The work position variables are
-// the interpreter's own (a control does not let a program write them), so the previous one is
-// taken from what was last written here. `scale` is 2 for a lathe's X
-// on diameters, whose variables show the diameter.
-void Interpreter::UpdateAxisVariables(int axis, int variableAxis, double scale) {
-  const float position = AxisValue(CurrentPos, axis);
-  const float shown = scale == 1 ? position : static_cast<float>(position * scale);
-  const float machine = static_cast<float>(double(shown) + AxisValue(WorkOffset, axis));
-  const auto slot = static_cast<std::size_t>(variableAxis);
-  if (workPositionNull_[slot]) {
-    variables_.WriteNull(5001 + variableAxis);
-  } else {
-    variables_.WriteNumber(5001 + variableAxis, workPosition_[slot]);
-  }
-  const double shownValue = shownReadBack_[static_cast<std::size_t>(axis)].Get(shown);
-  const double machineValue =
-      machine == shown ? shownValue : machineReadBack_[static_cast<std::size_t>(axis)].Get(machine);
-  variables_.WriteNumber(5021 + variableAxis, machineValue);
-  variables_.WriteNumber(5041 + variableAxis, shownValue);
-  workPosition_[slot] = shownValue;
-  workPositionNull_[slot] = false;
-}
-
 // Z and R of a block under a modal cycle are the cycle's depth and R level, not positions.
 void Interpreter::TakeCycleParameter(int letter) {
   const double value = AddrValue[letter];
   const double level = ModalG[3] == 91 ? double(CurrentPos.Z) + value : value;
   variables_.WriteNumber(letter == Letter('Z') ? 5101 : 5102, level);
-}
-
-int Interpreter::ComputePolarPosition() {
-  return kPendingPolar;
 }
 
 }  // namespace zemtra

@@ -1,5 +1,6 @@
 #include "interp/BlockReader.h"
 
+#include <array>
 #include <cmath>
 
 #include "core/NumberText.h"
@@ -8,9 +9,17 @@ namespace zemtra {
 
 namespace {
 
-char UpperAscii(char c) {
+constexpr char UpperAscii(char c) {
   return (c >= 'a' && c <= 'z') ? static_cast<char>(c - 32) : c;
 }
+
+// UpperAscii of every byte value.
+constexpr std::array<char, 256> MakeUpperTable() {
+  std::array<char, 256> table{};
+  for (int c = 0; c < 256; ++c) table[c] = UpperAscii(static_cast<char>(c));
+  return table;
+}
+constexpr std::array<char, 256> kUpper = MakeUpperTable();
 
 // A block number as a 32-bit integer, rounded as the control's integer conversion does
 // (halves to even), held to the range of the type.
@@ -56,7 +65,26 @@ void CleanBlock(std::string_view line, bool blockSkip, std::string& result,
     result.clear();
     return;
   }
-  // The rest: only blanks, control characters and comments go.
+  // The rest: only blanks, control characters and comments go. Most blocks have no comment
+  // after their first word: they take the quick copy, which is redone character by character
+  // when a "(" shows up.
+  const std::size_t rest = i;
+  const std::size_t keptBefore = kept;
+  if (!inComment) {
+    bool comment = false;
+    for (; i < size; ++i) {
+      const auto c = static_cast<unsigned char>(line[i]);
+      out[kept] = kUpper[c];
+      kept += c >= 33;
+      comment |= c == '(';
+    }
+    if (!comment) {
+      result.resize(kept);
+      return;
+    }
+    i = rest;
+    kept = keptBefore;
+  }
   for (; i < size; ++i) {
     const char c = line[i];
     if (inComment) {

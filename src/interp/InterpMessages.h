@@ -29,19 +29,39 @@ inline constexpr std::string_view kStatusElapsed = "Elapsed Time = ";
 inline constexpr std::string_view kStatusSeconds = " seconds";
 inline constexpr std::string_view kArcErrorsEncountered = " Arc errors encountered";
 
+// Arc blocks.
+inline constexpr std::string_view kNoArcCenter = "No arc center specified";
+inline constexpr std::string_view kFullCircleWithR =
+    "Cannot create full circle with R specified arc";
+inline constexpr std::string_view kRTooSmall = "R value is too small";
+inline constexpr std::string_view kMinimumR = "Minimum R value is ";
+inline constexpr std::string_view kTurnsWithR =
+    "Cannot specify multiple turns for R specified helical arcs";
+inline constexpr std::string_view kTooManyTurns = "Maximum number of helical turns is 99";
+inline constexpr std::string_view kArcRadiusZero = "Arc radius is zero";
+inline constexpr std::string_view kRadiiDiffer = "Start radius and end radius are different";
+inline constexpr std::string_view kByMoreThan = " by more than ";
+inline constexpr std::string_view kArcToleranceFormat = "##0.0####";
+inline constexpr std::string_view kIgnoreFurtherErrors = "Ignore further errors?";
+inline constexpr std::string_view kIllegalArcPlane = "Illegal arc plane selected";
+// The lines of the tip that follows kIllegalArcPlane, each ended by a line end but the last.
+inline constexpr std::string_view kLathePlaneTip[] = {
+    "Tip:  G18 is the only legal plane for the Lathe machine type.",
+    "If the program does not contain the G17 or G19 codes, then ",
+    "check the Initial State setting on the Machine Configuration's",
+    "Control Options tab.",
+};
+
 // Blocks that need a part of the interpreter this version does not have yet stop the run
 // with one of these; their codes follow the message list's.
 enum PendingFeature {
-  kPendingArc = 901,
-  kPendingCannedCycle,
+  kPendingCannedCycle = 901,
   kPendingSubprogram,
   kPendingMacroCall,
   kPendingExternalMacro,
   kPendingMacroStatement,
-  kPendingCoordinateSystem,
-  kPendingPolar,
-  kPendingMirror,
   kPendingLatheCycle,
+  kPendingFirst = kPendingCannedCycle,
   kPendingLast = kPendingLatheCycle,
 };
 

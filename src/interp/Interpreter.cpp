@@ -4,6 +4,7 @@
 
 #include "config/MachineConfig.h"
 #include "core/NumberText.h"
+#include "interp/ArcBlock.h"
 #include "interp/Axes.h"
 #include "interp/BlockReader.h"
 #include "interp/InterpMessages.h"
@@ -32,7 +33,11 @@ std::int32_t RoundToInt32(double value) {
 
 Interpreter::Interpreter(const MachineConfig& config, VariableStore& variables,
                          Evaluator& evaluator, Host& host)
-    : config_(config), variables_(variables), evaluator_(evaluator), host_(host) {}
+    : config_(config),
+      variables_(variables),
+      evaluator_(evaluator),
+      host_(host),
+      blockVariables_(variables) {}
 
 void Interpreter::SetProgram(const ProgramText& program) {
   mainProgram_ = &program;
@@ -51,6 +56,7 @@ bool Interpreter::ReadingMainFile() const {
 // Start of a run
 
 void Interpreter::InitInterpreter() {
+  FlushVariables();
   TakeConfiguration();
   SetStartValues();
   WriteStartVariables();
@@ -60,6 +66,7 @@ void Interpreter::InitInterpreter() {
   LoadWorkOffset();
   ReadPositionVariables();
   ClearFrames();
+  FlushVariables();
   LineCounter = 0;
   StoppedByError = false;
   host_.status("msg", "");
@@ -83,7 +90,7 @@ void Interpreter::WriteStartVariables() {
 
 void Interpreter::ClearAddressTables() {
   AddrValue.fill(0);
-  for (std::string& text : AddrText) text.clear();
+  for (AddressText& text : AddrText) text.Clear();
   CurrentPos = GeoPoint{};
 }
 
@@ -127,11 +134,7 @@ void Interpreter::ClearRunState() {
 // The work positions the store holds when the run starts; the first move of each axis
 // passes them on to the previous-position variables.
 void Interpreter::ReadPositionVariables() {
-  for (std::size_t axis = 0; axis < workPosition_.size(); ++axis) {
-    bool isNull = false;
-    workPosition_[axis] = variables_.ReadNumber(5041 + static_cast<int>(axis), isNull);
-    workPositionNull_[axis] = isNull;
-  }
+  blockVariables_.Reset();
 }
 
 void Interpreter::BuildGroupTable() {
@@ -172,36 +175,6 @@ void Interpreter::ClearCycleCall() {
 }
 
 // ---------------------------------------------------------------------------------------------
-// Work offsets
-
-GeoPoint Interpreter::BaseWorkOffset() const {
-  int first = 0;
-  if (ModalG[12] == 54.1f) {
-    first = 14001 + (ExtendedOffset - 1) * 20;
-  } else {
-    const int code = static_cast<int>(ModalG[12]);
-    first = 5221 + (code - 54) * 20;
-  }
-  GeoPoint offset;
-  offset.X = static_cast<float>(variables_.ReadNumber(first));
-  if (IsLathe()) {
-    offset.Z = static_cast<float>(variables_.ReadNumber(first + 1));
-  } else {
-    offset.Y = static_cast<float>(variables_.ReadNumber(first + 1));
-    offset.Z = static_cast<float>(variables_.ReadNumber(first + 2));
-    offset.A = static_cast<float>(variables_.ReadNumber(first + 3));
-  }
-  return offset;
-}
-
-void Interpreter::LoadAxisOffset(int axis) {
-  const GeoPoint base = BaseWorkOffset();
-  AxisRef(WorkOffset, axis) =
-      static_cast<float>(double(AxisValue(base, axis)) + AxisValue(LocalOffset, axis));
-  OffsetPending[static_cast<std::size_t>(axis)] = false;
-}
-
-// ---------------------------------------------------------------------------------------------
 // Messages
 
 MsgAnswer Interpreter::ShowProgramMessage(const std::string& text, MsgIcon icon,
@@ -235,30 +208,23 @@ int Interpreter::FailPending(int feature) {
 // ---------------------------------------------------------------------------------------------
 // One block
 
+// The steps of a block, in order; the first that settles the block ends it. The steps are
+// template arguments, so that each call is direct and the small ones are inlined.
+template <auto... Steps>
+int Interpreter::RunSteps() {
+  int result = kContinue;
+  static_cast<void>((((result = (this->*Steps)()) == kContinue) && ...));
+  return result == kContinue ? kNoMotion : result;
+}
+
 int Interpreter::ExecuteBlock() {
-  using Step = int (Interpreter::*)();
-  static constexpr Step kSteps[] = {
-      &Interpreter::EndFinishedContour,
-      &Interpreter::StartModalCycle,
-      &Interpreter::ReadBlockLine,
-      &Interpreter::CleanCurrentBlock,
-      &Interpreter::TakeProgramNumber,
-      &Interpreter::RunMacroStatements,
-      &Interpreter::DecodeCurrentBlock,
-      &Interpreter::StepToolWord,
-      &Interpreter::RunMCodes,
-      &Interpreter::ClearDwellAddress,
-      &Interpreter::ApplyCoordinateSystemCodes,
-      &Interpreter::EnterExternalMacro,
-      &Interpreter::EnterMacroCall,
-      &Interpreter::TakeCycleArguments,
-      &Interpreter::RunMotion,
-  };
-  for (Step step : kSteps) {
-    const int result = (this->*step)();
-    if (result != kContinue) return result;
-  }
-  return kNoMotion;
+  return RunSteps<
+      &Interpreter::EndFinishedContour, &Interpreter::StartModalCycle, &Interpreter::ReadBlockLine,
+      &Interpreter::CleanCurrentBlock, &Interpreter::TakeProgramNumber,
+      &Interpreter::RunMacroStatements, &Interpreter::DecodeCurrentBlock,
+      &Interpreter::StepToolWord, &Interpreter::RunMCodes, &Interpreter::ClearDwellAddress,
+      &Interpreter::ApplyCoordinateSystemCodes, &Interpreter::EnterExternalMacro,
+      &Interpreter::EnterMacroCall, &Interpreter::TakeCycleArguments, &Interpreter::RunMotion>();
 }
 
 // Lathe contour cycles read their profile from the program; the call after its last block
@@ -347,20 +313,6 @@ int Interpreter::RunSpindleAndStopCodes(double m) {
   return kContinue;
 }
 
-// Mirror switches by M-code. Mirror off needs nothing that is not there; switching a mirror
-// on waits for the coordinate transforms.
-int Interpreter::RunMirrorCodes(double m) {
-  if (m == config_.MCodeXMirrorOn || m == config_.MCodeYMirrorOn) {
-    return FailPending(kPendingMirror);
-  }
-  if (m == config_.MCodeMirrorOff) {
-    ModalG[19] = 50.1f;
-    MirrorCenter[0] = MirrorCenter[1] = 0;
-    MirrorOn[0] = MirrorOn[1] = false;
-  }
-  return kContinue;
-}
-
 int Interpreter::RunToolChange(double m) {
   if (m != 6) return kContinue;
   if (config_.ColorChangeCode == 0) ++ToolColor;
@@ -386,26 +338,6 @@ int Interpreter::RunCallCodes(double m) {
 
 int Interpreter::ClearDwellAddress() {
   if (ModalG[0] == 4 && dwellLetter_ != 0) AddrSeen[dwellLetter_] = 0;
-  return kContinue;
-}
-
-// G92, G52, G68, G50.1, G51.1 and G51 take their action in the block that has them. Only
-// "all mirrors off" is available so far.
-int Interpreter::ApplyCoordinateSystemCodes() {
-  const float code = ModalG[0];
-  if (IsLathe()) {
-    const bool coordinateSet = code == 50 || (code == 92 && dialect_ == Dialect::LatheB);
-    if (coordinateSet) return FailPending(kPendingLatheCycle);
-    return code == 52 ? FailPending(kPendingCoordinateSystem) : kContinue;
-  }
-  if (code == 92 || code == 52 || code == 68 || code == 51.1f || code == 51) {
-    return FailPending(kPendingCoordinateSystem);
-  }
-  if (code == 50.1f) {
-    for (char c : {'X', 'Y', 'Z'}) AddrSeen[Letter(c)] = 0;
-    MirrorCenter.fill(0);
-    MirrorOn.fill(false);
-  }
   return kContinue;
 }
 
@@ -456,11 +388,16 @@ void Interpreter::RepeatBlock() {
   }
 }
 
+// Step 16: the motion of the block. A lathe that reverses arcs swaps G02 and G03 here, so
+// the entity bears the swapped code.
 int Interpreter::RunMotion() {
   MotionCode = static_cast<std::int16_t>(ModalG[1]);
   BlockMoved = false;
   if (MotionCode == 0 || MotionCode == 1) return RunLineMotion();
-  if (MotionCode == 2 || MotionCode == 3) return RunArcMotion();
+  if (MotionCode == 2 || MotionCode == 3) {
+    if (IsLathe() && config_.LatheReverseArcs) MotionCode = MotionCode == 2 ? 3 : 2;
+    return ArcBlock(*this).Run();
+  }
   return kMotion;
 }
 
@@ -479,18 +416,6 @@ int Interpreter::RunLineMotion() {
   LineMove.Plane = static_cast<std::uint8_t>(ModalG[2]);
   LineMove.End = CurrentPos;
   return kMotion;
-}
-
-// Arcs are read by a later part of the interpreter; an arc block without any address is
-// harmless and passes.
-int Interpreter::RunArcMotion() {
-  const char* const centreLetters = IsLathe() ? "IKR" : "IJKR";
-  const char* const axisLetters = IsLathe() ? "XUZW" : "XYZ";
-  bool any = rotaryLetter_ != 0 && !IsLathe() && AddrSeen[rotaryLetter_] != 0;
-  for (const char* c = centreLetters; *c; ++c) any = any || HasLetter(*c);
-  for (const char* c = axisLetters; *c; ++c) any = any || HasLetter(*c);
-  if (!any) return kNoMotion;
-  return FailPending(kPendingArc);
 }
 
 }  // namespace zemtra

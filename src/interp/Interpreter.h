@@ -10,7 +10,9 @@
 
 #include "core/GeoTypes.h"
 #include "core/Host.h"
+#include "interp/AddressText.h"
 #include "interp/Axes.h"
+#include "interp/BlockVariables.h"
 #include "interp/ModalTables.h"
 
 namespace zemtra {
@@ -37,6 +39,10 @@ struct ArcMoveRecord {
   std::uint8_t Plane = 0;
 };
 
+// True when an arc climbs along the normal of its plane (17: Z, 18: Y, 19: X), comparing the
+// ends as stored floats: the motion is then a helix.
+bool IsHelicalArc(const ArcMoveRecord& arc);
+
 // One open program of the call stack: the text and where its lines are being read.
 struct FileFrame {
   const ProgramText* Text = nullptr;
@@ -53,6 +59,7 @@ struct InterpreterOptions {
   int WarningReset = 0;    // F and S back to 0: 0 never, 1 on M06, 2 on a T word
   int IgnoreM98 = 1;       // 1 error if a subprogram is missing, 2 skip it, 3 ignore M98
   int IgnoreG65 = 1;       // the same for G65
+  std::string NumberFormat = "###0.0###";  // how numbers are written in messages
 };
 
 // Index of an address letter in the address tables: A = 1 ... Z = 26.
@@ -95,6 +102,11 @@ class Interpreter {
   // Decodes one cleaned block into the address tables, moving the position; 0 or an error
   // code of the message list.
   int DecodeBlock(std::string_view text);
+  // Blocks leave the position, argument and modal variables they change (#5001-#5044, #5103,
+  // #4200-#4220, #4301-#4326) pending until a block reads variables; this writes them to the
+  // store. Call it before reading those variables from outside between blocks (the plot
+  // driver does at the end of a plot).
+  void FlushVariables() { blockVariables_.Flush(); }
 
   // Shows a message of the program being run, titled "Zemtra", after moving the caret to the
   // current block. In a quiet plot nothing is shown and the default answer is returned.
@@ -112,7 +124,7 @@ class Interpreter {
   GroupTable Groups{};
   std::array<std::int16_t, 27> AddrSeen{};  // 0, or the position of the value in the block
   std::array<double, 27> AddrValue{};
-  std::array<std::string, 27> AddrText;
+  std::array<AddressText, 27> AddrText;
   GeoPoint CurrentPos;
   GeoPoint WorkOffset;
   GeoPoint LocalOffset;
@@ -170,6 +182,8 @@ class Interpreter {
  private:
   // Steps of ExecuteBlock, in order; each returns kContinue or the block's result.
   static constexpr int kContinue = -1;
+  template <auto... Steps>
+  int RunSteps();
   int EndFinishedContour();
   int StartModalCycle();
   int ReadBlockLine();
@@ -186,7 +200,6 @@ class Interpreter {
   int TakeCycleArguments();
   int RunMotion();
   int RunLineMotion();
-  int RunArcMotion();
   int RunMacroStatement(std::string_view block, std::string& rest, bool& jumped);
 
   // M-codes of step 10.
@@ -210,7 +223,18 @@ class Interpreter {
   void SetAxis(int axis, double value, bool incremental);
   void UpdateAxisVariables(int axis, int variableAxis, double scale);
   void TakeCycleParameter(int letter);
+  void TakePolarWord(int letter);
   int ComputePolarPosition();
+
+  // Codes that act in their own block.
+  void SetCoordinateSystem();
+  void SetLocalCoordinates();
+  void StartRotation();
+  void CancelMirror();
+  void StartMirror();
+  void StartScaling();
+  int AxisLetter(int axis) const;
+  bool AxisInBlock(int axis) const;
 
   // Start of a run, in order.
   void TakeConfiguration();
@@ -245,11 +269,25 @@ class Interpreter {
   std::string valueText_;                 // scratch of ScanValue
   std::array<bool, 27> integerFormat_{};  // the letter's value was written without a point
   bool offsetNumberMayFollow_ = false;    // this block selected a work system: a P may follow
-  std::array<CoordinateReadBackCache, 4> shownReadBack_;
-  std::array<CoordinateReadBackCache, 4> machineReadBack_;
-  // What #5041 to #5044 hold, as last written here: the previous-block variables take it.
-  std::array<double, 4> workPosition_{};
-  std::array<bool, 4> workPositionNull_{};
+  BlockVariables blockVariables_;         // the variables blocks wrote, until someone reads them
 };
+
+// The hot path of every axis word, kept where the decoder can inline it.
+
+inline void Interpreter::SetAxis(int axis, double value, bool incremental) {
+  float& position = AxisRef(CurrentPos, axis);
+  position = static_cast<float>(incremental ? double(position) + value : value);
+  if (OffsetPending[static_cast<std::size_t>(axis)]) LoadAxisOffset(axis);
+  AxisSeen[static_cast<std::size_t>(axis)] = true;
+}
+
+// Previous, machine and work position variables of one axis. `scale` is 2 for a lathe's X on
+// diameters, whose variables show the diameter.
+inline void Interpreter::UpdateAxisVariables(int axis, int variableAxis, double scale) {
+  const float position = AxisValue(CurrentPos, axis);
+  const float shown = scale == 1 ? position : static_cast<float>(position * scale);
+  const float machine = static_cast<float>(double(shown) + AxisValue(WorkOffset, axis));
+  blockVariables_.MoveAxis(variableAxis, shown, machine);
+}
 
 }  // namespace zemtra

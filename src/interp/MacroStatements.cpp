@@ -22,9 +22,13 @@ constexpr int kStatementMessage = 3000;  // an assignment to #3000: show its mes
 constexpr std::string_view kFlowWords[] = {"IF", "GOTO", "WHILE", "DO", "END"};
 constexpr std::string_view kOutputWords[] = {"POPEN", "PCLOS", "DPRNT", "BPRNT"};
 
+// True when `text` begins with one of the words (all of two letters or more). The first two
+// letters are compared on their own, as most blocks begin with a letter and a digit.
 bool StartsWithAny(std::string_view text, const std::string_view* words, std::size_t count) {
+  if (text.size() < 2) return false;
   for (std::size_t i = 0; i < count; ++i) {
-    if (text.substr(0, words[i].size()) == words[i]) return true;
+    const std::string_view word = words[i];
+    if (text[0] == word[0] && text[1] == word[1] && text.starts_with(word)) return true;
   }
   return false;
 }
@@ -33,6 +37,9 @@ bool StartsWithAny(std::string_view text, const std::string_view* words, std::si
 
 // Step 7: the block goes through the statement until it is done or left for the decoder.
 int Interpreter::RunMacroStatements() {
+  // Variables and expressions read the store: what earlier blocks wrote must be there.
+  const std::string_view block(CurrentBlock);
+  if (block.find('#') != block.npos || block.find('[') != block.npos) FlushVariables();
   std::string rest;
   for (;;) {
     bool jumped = false;
@@ -84,6 +91,8 @@ int Interpreter::RunMacroStatement(std::string_view block, std::string& /*rest*/
     const int code = ExecuteAssignments(block, evaluator_, variables_);
     return code == 0 ? kStatementComplete : code;
   }
+  // Every word's second character is a letter too; "G1", "D2." are addresses.
+  if (block.size() < 2 || block[1] < 'A' || block[1] > 'Z') return kNotAStatement;
   if (StartsWithAny(block, kFlowWords, std::size(kFlowWords))) return kPendingMacroStatement;
   if (StartsWithAny(block, kOutputWords, std::size(kOutputWords))) return kStatementComplete;
   return kNotAStatement;

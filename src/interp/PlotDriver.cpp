@@ -21,8 +21,6 @@ namespace zemtra {
 
 namespace {
 
-constexpr unsigned kClockEvery = 64;  // blocks between two looks at the clock
-
 GeoPoint Add(const GeoPoint& a, const GeoPoint& b) {
   return GeoPoint{a.X + b.X, a.Y + b.Y, a.Z + b.Z, a.A + b.A};
 }
@@ -109,7 +107,7 @@ bool PlotDriver::RunStartLoop() {
     const int result = NextBlock();
     if (result == Interpreter::kStop) return false;
     if (result == Interpreter::kNoMotion) {
-      CheckProgress(false);
+      CheckProgress();
       if (PlotCancel) return false;
       continue;
     }
@@ -132,7 +130,7 @@ void PlotDriver::RunMainLoop() {
     const int result = NextBlock();
     if (result == Interpreter::kStop) return;
     if (result == Interpreter::kNoMotion) {
-      CheckProgress(false);
+      CheckProgress();
       if (PlotCancel) return;
       continue;
     }
@@ -140,7 +138,7 @@ void PlotDriver::RunMainLoop() {
     RunSpecialMoves();
     const GeoPoint end = in.MotionCode <= 1 ? in.LineMove.End : in.ArcMove.End;
     in.LineMove.Start = in.ArcMove.Start = in.ArcMove.Center = end;
-    CheckProgress(false);
+    CheckProgress();
     if (PlotCancel) return;
   }
 }
@@ -164,6 +162,7 @@ std::int32_t PlotDriver::EntityCount() const {
 }
 
 void PlotDriver::EndPlot() {
+  interpreter_.FlushVariables();
   table_.End();
   if (table_.GeoLast > 0) {
     LastEndPoint = table_[table_.GeoLast].EndPoint;
@@ -180,6 +179,7 @@ void PlotDriver::EndPlot() {
 }
 
 void PlotDriver::ReportFailure(const char* description) {
+  interpreter_.FlushVariables();
   Failed = true;
   PlotBusy = false;
   ElapsedSeconds = std::chrono::duration<double>(Clock::now() - started_).count();
@@ -191,10 +191,9 @@ void PlotDriver::ReportFailure(const char* description) {
 
 // Percent of the main program read, twice a second at most; queued events run and Escape is
 // seen here. The position of the main file stands still while a called file is read.
-void PlotDriver::CheckProgress(bool force) {
-  if (!force && (++progressTick_ % kClockEvery) != 0) return;
+void PlotDriver::ReportProgress() {
   const Clock::time_point now = Clock::now();
-  if (!force && now < lastProgress_ + ProgressInterval) return;
+  if (now < lastProgress_ + ProgressInterval) return;
   const std::size_t position = interpreter_.CallFrames[0].ResumePosition;
   const int percent =
       plotFileSize_ == 0 ? 0 : static_cast<int>(double(position) / double(plotFileSize_) * 100);
@@ -226,7 +225,7 @@ void PlotDriver::FillEntity(GeoEntity& entity, bool arc) {
   Interpreter& in = interpreter_;
   entity.EntityType = static_cast<std::uint8_t>(in.MotionCode);
   entity.ColorIndex = static_cast<std::uint8_t>(ColorIndexFor(in.MotionCode));
-  if (arc && IsHelix()) {
+  if (arc && IsHelicalArc(in.ArcMove)) {
     in.MotionCode = static_cast<std::int16_t>(in.MotionCode + 10);
     entity.EntityType = static_cast<std::uint8_t>(in.MotionCode);
   }
@@ -234,7 +233,9 @@ void PlotDriver::FillEntity(GeoEntity& entity, bool arc) {
   entity.EndPoint = Add(arc ? in.ArcMove.End : in.LineMove.End, offset);
   entity.CenterPoint = arc ? Add(in.ArcMove.Center, offset) : GeoPoint{};
   entity.RadiusOrTurns = arc ? static_cast<float>(in.ArcMove.RadiusOrTurns) : 0.0f;
-  ApplyTransforms(entity, arc);
+  if (in.ModalG[19] == 51.1f || in.ModalG[11] == 51 || in.ModalG[16] == 68) {
+    ApplyTransforms(entity, arc);
+  }
   entity.Plane = arc ? in.ArcMove.Plane : in.LineMove.Plane;
   entity.LineNumber = in.LineCounter;
   entity.WorkOffset = offset;
@@ -255,21 +256,6 @@ int PlotDriver::ColorIndexFor(int code) const {
   if (config.ColorByGCode) return code;
   if (interpreter_.ToolColor > config.ToolColorCount()) return 0;
   return interpreter_.ToolColor;
-}
-
-// A helix: the ends differ along the normal of the arc's plane (compared as stored floats).
-bool PlotDriver::IsHelix() const {
-  const ArcMoveRecord& arc = interpreter_.ArcMove;
-  switch (arc.Plane) {
-    case 17:
-      return arc.Start.Z != arc.End.Z;
-    case 18:
-      return arc.Start.Y != arc.End.Y;
-    case 19:
-      return arc.Start.X != arc.End.X;
-    default:
-      return false;
-  }
 }
 
 // ---------------------------------------------------------------------------------------------
@@ -356,6 +342,7 @@ void PlotDriver::ApplyRotation(GeoEntity& entity, bool arc) {
 }
 
 void PlotDriver::WriteMachinePosition(const GeoPoint& point) {
+  interpreter_.FlushVariables();
   VariableStore& variables = interpreter_.Variables();
   variables.WriteNumber(5021, CoordinateReadBack(point.X));
   variables.WriteNumber(5022, CoordinateReadBack(point.Y));
@@ -512,6 +499,7 @@ void PlotDriver::AddMachineCoordinateMove() {
 
 void PlotDriver::SetMachineAxis(GeoPoint& end, int axis, double machineValue, int variableAxis) {
   Interpreter& in = interpreter_;
+  in.FlushVariables();
   AxisRef(end, axis) = static_cast<float>(machineValue);
   AxisRef(in.CurrentPos, axis) =
       static_cast<float>(machineValue - double(AxisValue(in.WorkOffset, axis)));

@@ -77,7 +77,6 @@ class PlotDriver {
   void FillEntity(GeoEntity& entity, bool arc);
   void AddToTotals(const GeoEntity& entity);
   int ColorIndexFor(int code) const;
-  bool IsHelix() const;
   void ApplyTransforms(GeoEntity& entity, bool arc);
   void ApplyMirror(GeoEntity& entity, bool arc);
   void ApplyScale(GeoEntity& entity, bool arc);
@@ -97,7 +96,12 @@ class PlotDriver {
   void AddSpecialEntity(const GeoPoint& end);
   void SetMachineAxis(GeoPoint& end, int axis, double machineValue, int variableAxis);
 
-  void CheckProgress(bool force);
+  // Looks at the clock every kClockEvery calls; ReportProgress does the rest.
+  void CheckProgress() {
+    if ((++progressTick_ & (kClockEvery - 1)) == 0) ReportProgress();
+  }
+  void ReportProgress();
+  static constexpr unsigned kClockEvery = 64;  // a power of two
   int NextBlock();
 
   Interpreter& interpreter_;

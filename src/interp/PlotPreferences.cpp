@@ -1,8 +1,10 @@
 #include "interp/PlotPreferences.h"
 
+#include <climits>
 #include <optional>
 #include <string>
 
+#include "core/DisplayFormats.h"
 #include "core/NumberText.h"
 #include "core/SettingsStore.h"
 #include "core/TextUtil.h"
@@ -43,6 +45,10 @@ void LoadPlotPreferences(const SettingsStore& settings, InterpreterOptions& opti
   Take(settings, "Preferences", "Warn on Spindle OFF", warnings.WarnSpindleOff);
   Take(settings, "Subprograms", "Ignore M98", options.IgnoreM98, 1, 3);
   Take(settings, "Subprograms", "Ignore G65", options.IgnoreG65, 1, 3);
+  constexpr int kUnread = INT_MIN;
+  int precision = kUnread;
+  Take(settings, "Preferences", "Display Precision", precision, -32768, 32767);
+  if (precision != kUnread) options.NumberFormat = DisplayFormatsFor(precision).Short;
 }
 
 }  // namespace zemtra

@@ -7,9 +7,9 @@ namespace zemtra {
 
 class SettingsStore;
 
-// Reads "Stop On M00", "Warning Reset" and the three warning switches of section
-// "Preferences", and "Ignore M98" / "Ignore G65" of section "Subprograms". A value that cannot
-// be read leaves the field as it was.
+// Reads "Stop On M00", "Warning Reset", the three warning switches and "Display Precision"
+// (the number format of messages) of section "Preferences", and "Ignore M98" / "Ignore G65" of
+// section "Subprograms". A value that cannot be read leaves the field as it was.
 void LoadPlotPreferences(const SettingsStore& settings, InterpreterOptions& options,
                          PlotWarnings& warnings);
 

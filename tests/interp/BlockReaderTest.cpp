@@ -55,7 +55,12 @@ TEST(CleanBlock, NulBytesAndControlCharactersVanish) {
 class DecodeTest : public ::testing::Test {
  protected:
   void SetUp() override { fx.Start(""); }
-  int Decode(std::string_view text) { return fx.interpreter.DecodeBlock(text); }
+  // Decodes `text` and writes the variables it changed, as a reader from outside would.
+  int Decode(std::string_view text) {
+    const int code = fx.interpreter.DecodeBlock(text);
+    fx.interpreter.FlushVariables();
+    return code;
+  }
   double Value(char c) const { return fx.interpreter.AddrValue[Letter(c)]; }
   bool Seen(char c) const { return fx.interpreter.AddrSeen[Letter(c)] != 0; }
   test::PlotFixture fx;
@@ -203,6 +208,7 @@ TEST(LatheDecode, XIsADiameterAndUWAlwaysAdd) {
   test::PlotFixture fx(lathe);
   fx.Start("");
   ASSERT_EQ(fx.interpreter.DecodeBlock("G0X2.Z1."), 0);
+  fx.interpreter.FlushVariables();
   EXPECT_EQ(fx.interpreter.CurrentPos.X, 1.0f);
   EXPECT_EQ(fx.interpreter.CurrentPos.Z, 1.0f);
   EXPECT_DOUBLE_EQ(fx.variables.ReadNumber(5041), 2);  // shown as a diameter

@@ -177,15 +177,11 @@ TEST(ExecuteBlock, M99AtTheMainLevelEndsTheRun) {
 // Blocks that need a part of the interpreter that is not there stop with a clear message.
 TEST(ExecuteBlock, NotYetSupportedBlocksStopWithAMessage) {
   const std::pair<const char*, int> cases[] = {
-      {"G2X1.Y1.R1.", kPendingArc},
       {"G81X1.Y1.Z-1.R1.", kPendingCannedCycle},
       {"M98P100", kPendingSubprogram},
       {"G65P9000", kPendingMacroCall},
       {"G12I1.", kPendingExternalMacro},
       {"IF[1EQ1]GOTO10", kPendingMacroStatement},
-      {"G92X0", kPendingCoordinateSystem},
-      {"G16X1.Y2.", kPendingPolar},
-      {"M87", kPendingMirror},
   };
   for (const auto& [block, code] : cases) {
     PlotFixture fx;
@@ -231,6 +227,40 @@ TEST(InitInterpreter, WorkOffsetOfTheStartingSystem) {
   fx.Start("");
   EXPECT_EQ(fx.interpreter.WorkOffset, (GeoPoint{1.5f, 0, -3, 0}));
   EXPECT_EQ(fx.interpreter.OffsetPending, (std::array<bool, 4>{true, true, true, true}));
+}
+
+}  // namespace
+}  // namespace zemtra
+
+namespace zemtra {
+namespace {
+
+// Position variables are written lazily: whatever reads them (an assignment, an expression in
+// an address, G92, the end of a run) must see what the blocks before wrote.
+TEST(ExecuteBlock, VariablesAreCurrentWheneverTheyAreRead) {
+  test::PlotFixture fx;
+  fx.variables.WriteNumber(5241, 10);  // G55 X
+  const std::string program =
+      "G0X1.Y2.|X3.|X4.|#100=#5001|#101=#5041|#102=#5021|G55X5.Y#5041|#103=#5022|#104=#4310|"
+      "G1F7.|#105=#4309|#106=#4201|Z-1.5|M30";
+  Results(fx, program);
+  fx.interpreter.FlushVariables();
+  EXPECT_DOUBLE_EQ(fx.variables.ReadNumber(100), 3);  // previous block's X
+  EXPECT_DOUBLE_EQ(fx.variables.ReadNumber(101), 4);
+  EXPECT_DOUBLE_EQ(fx.variables.ReadNumber(102), 4);
+  EXPECT_DOUBLE_EQ(fx.variables.ReadNumber(103), 5);   // Y took X's work position of 5
+  EXPECT_DOUBLE_EQ(fx.variables.ReadNumber(104), 55);  // G of the block, as an argument
+  EXPECT_DOUBLE_EQ(fx.variables.ReadNumber(105), 7);   // F
+  EXPECT_DOUBLE_EQ(fx.variables.ReadNumber(106), 1);   // group 1
+  EXPECT_DOUBLE_EQ(fx.variables.ReadNumber(5021), 15);
+  EXPECT_DOUBLE_EQ(fx.variables.ReadNumber(5001), 4);
+  EXPECT_DOUBLE_EQ(fx.variables.ReadNumber(5103), -1.5);
+  EXPECT_DOUBLE_EQ(fx.variables.ReadNumber(5043), -1.5);
+  EXPECT_TRUE(fx.variables.IsNull(5003));  // Z had no position before
+  // The plot driver leaves them written when the plot ends.
+  fx.Plot("G0X1.|G1X2.|X3.");
+  EXPECT_DOUBLE_EQ(fx.variables.ReadNumber(5041), 3);
+  EXPECT_DOUBLE_EQ(fx.variables.ReadNumber(5001), 2);
 }
 
 }  // namespace

@@ -31,6 +31,13 @@ TEST(PlotPreferences, ReadsSwitchesAndKeepsDefaultsForBadValues) {
   EXPECT_TRUE(warnings.WarnFeedrate0);
   EXPECT_TRUE(warnings.WarnSpindleSpeed0);
   EXPECT_TRUE(warnings.WarnSpindleOff);  // unreadable: left as it was
+  EXPECT_EQ(options.NumberFormat, "###0.0###");
+  settings.SaveSetting("Preferences", "Display Precision", "6");
+  LoadPlotPreferences(settings, options, warnings);
+  EXPECT_EQ(options.NumberFormat, "###0.0#####");
+  settings.SaveSetting("Preferences", "Display Precision", "9");  // outside 3 to 6: as 4
+  LoadPlotPreferences(settings, options, warnings);
+  EXPECT_EQ(options.NumberFormat, "###0.0###");
 }
 
 // Coordinates in variables read back as their 7-digit text: the fast conversion must agree

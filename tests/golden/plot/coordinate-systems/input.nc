@@ -1,0 +1,26 @@
+(Work offsets, G52, G92, rotation, mirror and scaling)
+#5241=100. #5242=50.
+G0 X0 Y0
+G55 X1.
+Y1.
+G52 X5.
+G1 X0 F100.
+G52 X0
+G92 Y0
+G1 X2.
+G54 G0 X0 Y0
+G68 X0 Y0 R90.
+G1 X10.
+G2 X10. Y10. I0 J5.
+G69
+G51.1 X5.
+G3 X0 Y0 R10.
+M89
+M87
+G1 X-5.
+G50.1
+G51 X0 Y0 P2.
+G2 X5. Y0 I5. J0
+G50
+G1 X0 Y0
+M30
