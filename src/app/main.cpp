@@ -2,6 +2,8 @@
 #include <QDir>
 #include <QMessageBox>
 #include <QTimer>
+#include <QWidget>
+#include <cstdlib>
 #include <memory>
 #include <string>
 #include <vector>
@@ -23,7 +25,17 @@ std::vector<std::string> Arguments(const QStringList& all) {
 }
 
 // For checking the window without a screen: ZEMTRA_GRAB=out.png saves a picture of the window
-// once it has started and drawn, and quits.
+// once it has started and drawn, and quits. When a message box is still up after a while (a
+// program stop, an arc error), the window and the box ("out-dialog.png") are saved as they are.
+void SaveWindowPictures(zemtra::Plot& window, const QString& path) {
+  window.grab().save(path);
+  if (QWidget* modal = QApplication::activeModalWidget()) {
+    QString dialogPath = path;
+    dialogPath.insert(dialogPath.lastIndexOf('.'), "-dialog");
+    modal->grab().save(dialogPath);
+  }
+}
+
 void GrabWhenStarted(zemtra::Plot& window) {
   const QString grab = qEnvironmentVariable("ZEMTRA_GRAB");
   if (grab.isEmpty()) return;
@@ -32,6 +44,10 @@ void GrabWhenStarted(zemtra::Plot& window) {
       window.grab().save(grab);
       QApplication::quit();
     });
+  });
+  QTimer::singleShot(8000, &window, [&window, grab] {
+    SaveWindowPictures(window, grab);
+    std::quick_exit(0);  // a message box's own loop would outlive quit()
   });
 }
 
