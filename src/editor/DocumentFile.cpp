@@ -303,9 +303,14 @@ std::string RichTextToPlain(std::string_view rtf) {
   return RtfReader(rtf).Read();
 }
 
-bool ReadProgramFile(const std::filesystem::path& path, ProgramFileText& out, FileError& error) {
+bool ReadProgramFile(const std::filesystem::path& path, ProgramFileText& out, FileError& error,
+                     const std::function<void()>& between) {
+  const auto pause = [&between] {
+    if (between) between();
+  };
   std::string bytes;
   if (!ReadFileBytes(path, bytes, error)) return false;
+  pause();
   out.richText = IsRichText(bytes);
   if (out.richText) {
     out.text = RichTextToPlain(bytes);
@@ -315,6 +320,7 @@ bool ReadProgramFile(const std::filesystem::path& path, ProgramFileText& out, Fi
     out.eol = GetEOLSequence(bytes);
     out.text = DecodeProgramBytes(bytes, out.encoding);
   }
+  pause();
   NormalizeLineEnds(out.text, out.eol);
   return true;
 }

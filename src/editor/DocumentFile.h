@@ -3,6 +3,7 @@
 // safely (a temporary file beside the target, then a rename, so a failed save leaves the old
 // file as it was).
 #include <filesystem>
+#include <functional>
 #include <string>
 #include <string_view>
 
@@ -27,7 +28,9 @@ struct ProgramFileText {
 // Reads `path` whole: a rich text document gives its plain text, any other file its bytes,
 // decoded (DecodeProgramBytes) and with its line ends made CR LF. False, with `error`, when the
 // file cannot be read.
-bool ReadProgramFile(const std::filesystem::path& path, ProgramFileText& out, FileError& error);
+// `between` runs between the steps (read, decode, line ends) so a window can serve its events.
+bool ReadProgramFile(const std::filesystem::path& path, ProgramFileText& out, FileError& error,
+                     const std::function<void()>& between = {});
 
 // Reads the whole file as bytes. False, with `error`, when it cannot be read.
 bool ReadFileBytes(const std::filesystem::path& path, std::string& bytes, FileError& error);

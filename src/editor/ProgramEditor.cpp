@@ -42,7 +42,7 @@ bool ProgramEditor::LoadSourceFile(const std::string& path) {
 
   ProgramFileText file;
   FileError error;
-  if (!ReadProgramFile(path, file, error)) {
+  if (!ReadProgramFile(path, file, error, [this] { host_.pumpEvents(); })) {
     ShowLoadFailure(error);
     Undo.SetTracking(true);
     host_.status("msg", "");
@@ -56,6 +56,7 @@ bool ProgramEditor::LoadSourceFile(const std::string& path) {
   host_.pumpEvents();
 
   directives_ = ScanHeaderDirectives(Document.Text());
+  host_.pumpEvents();
   if (ColorizeEnabled) ColorizeProgram();
   ResetUndo();  // the loaded text is the base, and the document unmodified
   Undo.SetTracking(true);

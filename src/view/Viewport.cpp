@@ -107,6 +107,7 @@ void Viewport::TakeExtents(std::int32_t entityCount) {
 
 void Viewport::LoadGeometry(std::int32_t entityCount) {
   TakeExtents(entityCount);
+  host_.pumpEvents();  // each pass over a large table takes a while: let the window answer
   if (entityCount_ > 0) {
     ZoomToExtents();
   } else {
@@ -216,6 +217,7 @@ void Viewport::ZoomToExtents() {
     return;
   }
   ZoomToSweep(false, "Zooming to part extents...");
+  host_.pumpEvents();
   Repaint();
 }
 
