@@ -42,3 +42,11 @@ echo "target: >= $target_rate lines/s, < $target_mb MB peak"
 run_timed "surfacing 1M lines, summary" $lines -- "$cli" plot "$out/surfacing-1m.nc"
 run_timed "surfacing 1M lines, --json" $lines -- "$cli" plot "$out/surfacing-1m.nc" --json
 run_timed "profile 1M lines (arcs), summary" $lines -- "$cli" plot "$out/profile-1m.nc"
+
+# A macro loop: ten million executed blocks of a WHILE loop computing points with SIN and COS.
+# Target: at least 1,000,000 executed blocks per second.
+target_rate=1000000
+loop_blocks=10000000
+generate_program macroloop $loop_blocks "$out/macroloop-10m.nc"
+echo "target: >= $target_rate executed blocks/s"
+run_timed "macro loop 10M blocks, summary" $loop_blocks -- "$cli" plot "$out/macroloop-10m.nc"

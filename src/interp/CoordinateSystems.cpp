@@ -72,7 +72,7 @@ int Interpreter::ApplyCoordinateSystemCodes() {
   if (IsLathe()) {
     // The lathe's coordinate setting belongs to its cycles; it has no rotation.
     const bool coordinateSet = code == 50 || (code == 92 && dialect_ == Dialect::LatheB);
-    if (coordinateSet) return FailPending(kPendingLatheCycle);
+    if (coordinateSet) return ClampOrSetCoordinates();
     if (code == 92 || code == 68) return kContinue;
   }
   using Action = void (Interpreter::*)();

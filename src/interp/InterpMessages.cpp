@@ -8,20 +8,19 @@ namespace zemtra {
 
 namespace {
 
-constexpr std::array<std::string_view, kPendingLast - kPendingFirst + 1> kPendingTexts = {
-    "Canned cycles are not supported yet",
-    "Subprogram calls (M97, M98, M99 P) are not supported yet",
-    "Macro calls (G65) are not supported yet",
-    "External G-code macros are not supported yet",
-    "Macro statements (IF, GOTO, WHILE, DO, END) are not supported yet",
-    "Lathe cycles and G50 are not supported yet",
+constexpr std::array<std::string_view, kLastInterpreterError - kFirstInterpreterError + 1>
+    kInterpreterTexts = {
+        "O-word statements of the LinuxCNC dialect (O... SUB, CALL, IF, WHILE, DO, REPEAT) "
+        "are not supported: write subprograms as O programs called by M98, and loops with "
+        "WHILE [...] DO1 ... END1",
+        kBothPAndQ,
 };
 
 }  // namespace
 
 std::string InterpreterErrorText(int code) {
-  if (code >= kPendingFirst && code <= kPendingLast) {
-    return std::string(kPendingTexts[static_cast<std::size_t>(code - kPendingFirst)]);
+  if (code >= kFirstInterpreterError && code <= kLastInterpreterError) {
+    return std::string(kInterpreterTexts[static_cast<std::size_t>(code - kFirstInterpreterError)]);
   }
   return ErrorMessage(code);
 }

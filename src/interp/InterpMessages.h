@@ -52,20 +52,18 @@ inline constexpr std::string_view kLathePlaneTip[] = {
     "Control Options tab.",
 };
 
-// Blocks that need a part of the interpreter this version does not have yet stop the run
-// with one of these; their codes follow the message list's.
-enum PendingFeature {
-  kPendingCannedCycle = 901,
-  kPendingSubprogram,
-  kPendingMacroCall,
-  kPendingExternalMacro,
-  kPendingMacroStatement,
-  kPendingLatheCycle,
-  kPendingFirst = kPendingCannedCycle,
-  kPendingLast = kPendingLatheCycle,
+// Lathe contour cycles.
+inline constexpr std::string_view kBothPAndQ = "Both P & Q addresses required";
+
+// Errors of the interpreter's own, with codes behind the message list's.
+enum InterpreterError {
+  kOWordStatement = 901,  // a LinuxCNC O-word statement (O100 SUB, O101 IF ...)
+  kMissingPOrQ,           // a contour cycle without both P and Q
+  kFirstInterpreterError = kOWordStatement,
+  kLastInterpreterError = kMissingPOrQ,
 };
 
-// Text of an interpreter error code: the message list's, or a pending feature's.
+// Text of an interpreter error code: the message list's, or one of InterpreterError.
 std::string InterpreterErrorText(int code);
 
 }  // namespace zemtra

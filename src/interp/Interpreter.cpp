@@ -1,6 +1,8 @@
 #include "interp/Interpreter.h"
 
 #include <cmath>
+#include <filesystem>
+#include <span>
 
 #include "config/MachineConfig.h"
 #include "core/NumberText.h"
@@ -37,7 +39,9 @@ Interpreter::Interpreter(const MachineConfig& config, VariableStore& variables,
       variables_(variables),
       evaluator_(evaluator),
       host_(host),
-      blockVariables_(variables) {}
+      blockVariables_(variables),
+      calls_(variables),
+      statements_(evaluator, variables) {}
 
 void Interpreter::SetProgram(const ProgramText& program) {
   mainProgram_ = &program;
@@ -46,10 +50,6 @@ void Interpreter::SetProgram(const ProgramText& program) {
 
 bool Interpreter::IsLathe() const {
   return config_.MachineType == 1;
-}
-
-bool Interpreter::ReadingMainFile() const {
-  return CallFrames[FileLevel].Text == mainProgram_;
 }
 
 // ---------------------------------------------------------------------------------------------
@@ -79,6 +79,23 @@ void Interpreter::TakeConfiguration() {
   dwellLetter_ = AddressIndexOf(config_.DwellAddress);
   evaluator_.SetFanucATANFormat(config_.FanucATANFormat != 0);
   BuildGroupTable();
+  PrepareCallStack();
+}
+
+// The machine's macro files and the user's switches for the call stack of this run.
+void Interpreter::PrepareCallStack() {
+  std::string folder = machineFolder_;
+  if (folder.empty() && !config_.ConfigPath.empty()) {
+    folder = std::filesystem::path(config_.ConfigPath).parent_path().parent_path().string();
+  }
+  calls_.SetMachineFolder(folder, config_.ConfigName);
+  if (calls_.Settings().IgnoreM98 != options_.IgnoreM98 ||
+      calls_.Settings().IgnoreG65 != options_.IgnoreG65) {
+    SubprogramSettings settings = calls_.Settings();
+    settings.IgnoreM98 = static_cast<std::int16_t>(options_.IgnoreM98);
+    settings.IgnoreG65 = static_cast<std::int16_t>(options_.IgnoreG65);
+    calls_.SetSettings(settings);
+  }
 }
 
 void Interpreter::WriteStartVariables() {
@@ -129,6 +146,7 @@ void Interpreter::ClearRunState() {
   SpindleMaxRPM = SpindleMinRPM = SurfaceSpeed = 0;
   ContourActive = ContourFinished = false;
   ContourStart = ContourEnd = 0;
+  ContourReturn = GeoPoint{};
 }
 
 // The work positions the store holds when the run starts; the first move of each axis
@@ -158,20 +176,16 @@ void Interpreter::LoadWorkOffset() {
 }
 
 void Interpreter::ClearFrames() {
-  CallFrames.fill(FileFrame{});
-  CallFrames[0].Text = mainProgram_;
-  ClearCycleCall();
-  FileLevel = 0;
+  static const ProgramText kNoProgram;
+  calls_.Reset(mainProgram_ ? *mainProgram_ : kNoProgram,
+               mainProgram_ ? std::string_view(mainProgram_->FileName()) : std::string_view());
   InCycleFile = false;
-  variables_.ClearAllFrames();
-  variables_.SetCallLevel(0);
-  variables_.SetInCycleMacro(false);
 }
 
 // The modal cycle's record: its file and its arguments.
 void Interpreter::ClearCycleCall() {
-  CycleFrame = FileFrame{};
-  variables_.Locals(VariableStore::kCycleFrame).Clear();
+  calls_.ClearCycleCall();
+  InCycleFile = false;
 }
 
 // ---------------------------------------------------------------------------------------------
@@ -188,12 +202,12 @@ MsgAnswer Interpreter::ShowProgramMessage(const std::string& text, MsgIcon icon,
 void Interpreter::ReportBlockError(int code) {
   std::string text;
   const std::string message = InterpreterErrorText(code);
-  const FileFrame& frame = InCycleFile ? CycleFrame : CallFrames[FileLevel];
-  if (!InCycleFile && ReadingMainFile()) {
+  const CallFrame& frame = calls_.Current();
+  if (ReadingMainFile()) {
     text.append(kErrorMainHead).append(kLineEnd).append(kLineEnd).append(message);
   } else {
     text.append(InCycleFile ? kErrorCycleHead : kErrorSubprogramHead).append(kLineEnd);
-    if (frame.Text) text.append(frame.Text->FileName());
+    text.append(frame.FileName);
     text.append(kLineEnd).append(kLineEnd).append(rawLine_).append(kLineEnd).append(message);
   }
   StoppedByError = true;
@@ -218,40 +232,82 @@ int Interpreter::RunSteps() {
 }
 
 int Interpreter::ExecuteBlock() {
-  return RunSteps<
-      &Interpreter::EndFinishedContour, &Interpreter::StartModalCycle, &Interpreter::ReadBlockLine,
-      &Interpreter::CleanCurrentBlock, &Interpreter::TakeProgramNumber,
-      &Interpreter::RunMacroStatements, &Interpreter::DecodeCurrentBlock,
-      &Interpreter::StepToolWord, &Interpreter::RunMCodes, &Interpreter::ClearDwellAddress,
-      &Interpreter::ApplyCoordinateSystemCodes, &Interpreter::EnterExternalMacro,
-      &Interpreter::EnterMacroCall, &Interpreter::TakeCycleArguments, &Interpreter::RunMotion>();
+  return RunSteps<&Interpreter::EndFinishedContour, &Interpreter::StartModalCycle,
+                  &Interpreter::ReadBlockLine, &Interpreter::CleanCurrentBlock,
+                  &Interpreter::TakeProgramNumber, &Interpreter::RunMacroStatements,
+                  &Interpreter::DecodeCurrentBlock, &Interpreter::RunLatheCodes,
+                  &Interpreter::StepToolWord, &Interpreter::RunMCodes,
+                  &Interpreter::ClearDwellAddress, &Interpreter::ApplyCoordinateSystemCodes,
+                  &Interpreter::EnterExternalMacro, &Interpreter::EnterMacroCall,
+                  &Interpreter::TakeCycleArguments, &Interpreter::RunMotion>();
 }
 
 // Lathe contour cycles read their profile from the program; the call after its last block
-// goes back to where the cycle began. Contour cycles are not read yet, so no contour is active.
+// leaves the contour's level and makes a rapid back to where the cycle began.
 int Interpreter::EndFinishedContour() {
   if (!ContourFinished) return kContinue;
   ContourActive = ContourFinished = false;
-  return FailPending(kPendingLatheCycle);
+  BlockNumber = 0;
+  calls_.LeaveContour();
+  SyncLineCounter();
+  CurrentPos = ContourReturn;
+  LineMove.End = CurrentPos;
+  LineMove.Plane = static_cast<std::uint8_t>(ModalG[2]);
+  MotionCode = 0;
+  ModalG[1] = 0;
+  return kMotion;
 }
 
-// A modal cycle runs its file after each block that moved. Cycle files are not read yet: the
-// block that made a cycle modal has already stopped the run.
+// A modal cycle runs its macro file after each block that moved; the file reads the cycle's
+// levels (#5101-#5103) and the block's modal codes from the store. The lathe's contour cycles
+// have no file: they run the program's own blocks.
 int Interpreter::StartModalCycle() {
   if (ModalG[9] != 80 && !InCycleFile && BlockMoved && !CycleSuppress) {
-    return FailPending(kPendingCannedCycle);
+    const bool contour = IsLathe() && ModalG[9] >= 70 && ModalG[9] <= 73;
+    if (!contour) {
+      FlushVariables();
+      const CallResult result = calls_.StartCycleMacro(ModalG[9]);
+      if (result.Status == CallStatus::kFailed) return ShowCallError(result.Message);
+      InCycleFile = true;
+    }
   }
   CycleSuppress = false;
   return kContinue;
 }
 
 int Interpreter::ReadBlockLine() {
-  FileFrame& frame = ActiveFrame();
-  if (frame.Text == nullptr) return kStop;
-  frame.LinePosition = frame.ResumePosition;
-  if (!frame.Text->ReadLineAt(frame.ResumePosition, rawLine_)) return kStop;
-  if (!InCycleFile && ReadingMainFile()) ++LineCounter;
+  if (!calls_.Current().ReadLine(rawLine_)) return kStop;
+  if (ReadingMainFile()) ++LineCounter;
   return kContinue;
+}
+
+// After a jump, a call or a return the main program's line is found from its read position.
+void Interpreter::SyncLineCounter() {
+  if (ReadingMainFile()) LineCounter = calls_.MainLineFromPosition();
+}
+
+// What a call of the stack means for the block: it goes on, ends, ends the run, or fails.
+int Interpreter::FinishCall(const CallResult& result) {
+  switch (result.Status) {
+    case CallStatus::kContinue:
+      return kContinue;
+    case CallStatus::kEntered:
+    case CallStatus::kSkipped:
+      SyncLineCounter();
+      return kNoMotion;
+    case CallStatus::kEndOfProgram:
+      return kStop;
+    case CallStatus::kFailed:
+      break;
+  }
+  return ShowCallError(result.Message);
+}
+
+// A call that cannot be made stops the run with its own text, a warning sign and OK.
+int Interpreter::ShowCallError(const std::string& text) {
+  StoppedByError = true;
+  ShowProgramMessage(text, MsgIcon::Exclamation, MsgButtons::Ok);
+  return kStop;
 }
 
 int Interpreter::CleanCurrentBlock() {
@@ -269,6 +325,7 @@ int Interpreter::CleanCurrentBlock() {
 int Interpreter::TakeProgramNumber() {
   const char first = CurrentBlock[0];
   if (first != 'O' && first != ':') return kContinue;
+  if (first == 'O' && IsOWordStatement(CurrentBlock)) return FailPending(kOWordStatement);
   const double number = NumericTextValue(std::string_view(CurrentBlock).substr(1));
   ActiveFrame().ProgramNumber = RoundToInt32(number);
   return kNoMotion;
@@ -322,18 +379,17 @@ int Interpreter::RunToolChange(double m) {
 
 int Interpreter::RunCallCodes(double m) {
   if (m == 99 && InCycleFile) {
+    calls_.EndCycleMacro();
     InCycleFile = false;
     BlockMoved = false;
-    variables_.SetInCycleMacro(false);
     return kNoMotion;
   }
-  if (options_.IgnoreM98 == 3) return kContinue;
-  if (m == 98 || m == 97) return FailPending(kPendingSubprogram);
-  if (m == 99) {
-    if (FileLevel == 0 && !HasLetter('P')) return kStop;
-    return FailPending(kPendingSubprogram);
-  }
-  return kContinue;
+  if (m != 97 && m != 98 && m != 99) return kContinue;
+  if (options_.IgnoreM98 == SubprogramMode::kIgnoreAll) return kContinue;
+  FlushVariables();  // the called program may read the position variables
+  if (m == 98) return FinishCall(calls_.CallSubprogram(Addresses(), config_.M98Format));
+  if (m == 97) return FinishCall(calls_.CallLocalBlock(Addresses()));
+  return FinishCall(calls_.Return(Addresses()));
 }
 
 int Interpreter::ClearDwellAddress() {
@@ -342,28 +398,35 @@ int Interpreter::ClearDwellAddress() {
 }
 
 int Interpreter::EnterExternalMacro() {
-  if (ModalG[0] == 0) return kContinue;
-  const float code = static_cast<float>(double(ModalG[0]) * 10);
-  for (int i = 1; i <= config_.ExternalMacroCount(); ++i) {
-    if (static_cast<float>(config_.ExternalGCodeMacros[static_cast<std::size_t>(i)]) == code) {
-      return FailPending(kPendingExternalMacro);
-    }
-  }
-  return kContinue;
+  if (ModalG[0] == 0 || config_.ExternalMacroCount() <= 0) return kContinue;
+  const std::span<const std::int16_t> codes(config_.ExternalGCodeMacros.data() + 1,
+                                            config_.ExternalGCodeMacros.size() - 1);
+  if (!CallStack::IsExternalMacro(ModalG[0], codes)) return kContinue;
+  FlushVariables();
+  const int result = FinishCall(calls_.CallExternalMacro(ModalG[0], Addresses()));
+  if (result == kNoMotion) BlockMoved = false;
+  return result;
 }
 
 int Interpreter::EnterMacroCall() {
-  if (ModalG[0] == 65 && options_.IgnoreG65 != 3) return FailPending(kPendingMacroCall);
-  return kContinue;
+  if (ModalG[0] != 65 || options_.IgnoreG65 == SubprogramMode::kIgnoreAll) return kContinue;
+  FlushVariables();
+  return FinishCall(calls_.CallMacro(Addresses()));
 }
 
 int Interpreter::TakeCycleArguments() {
   const bool callsSubprogram = HasLetter('M') && AddrValue[Letter('M')] == 98;
   const bool cycleModal = ModalG[9] != 80;
-  if (!callsSubprogram && cycleModal && !InCycleFile) {
-    return FailPending(IsLathe() ? kPendingLatheCycle : kPendingCannedCycle);
+  const bool takesArguments = !callsSubprogram && cycleModal && !InCycleFile;
+  if (takesArguments) {
+    LocalVariables& arguments = calls_.CycleArguments();
+    StoreArguments(Addresses(), arguments);
+    if (IsLathe()) {
+      TakeLatheCycleArguments(arguments);
+      if (HasLetter('L') && std::trunc(std::fabs(AddrValue[Letter('L')])) == 0) return kNoMotion;
+    }
   }
-  if (!cycleModal && ModalG[0] == 0 && HasLetter('L')) RepeatBlock();
+  if ((takesArguments || (!cycleModal && ModalG[0] == 0)) && HasLetter('L')) RepeatBlock();
   return kContinue;
 }
 
@@ -374,7 +437,7 @@ void Interpreter::RepeatBlock() {
     CycleSuppress = true;
     return;
   }
-  FileFrame& frame = CallFrames[FileLevel];
+  CallFrame& frame = calls_.Frame(calls_.CallLevel());
   if (frame.RepeatCount == 0) {
     frame.RepeatCount = static_cast<std::int16_t>(repeat > 32767 ? 32767 : repeat);
   } else {

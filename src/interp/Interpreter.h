@@ -14,6 +14,8 @@
 #include "interp/Axes.h"
 #include "interp/BlockVariables.h"
 #include "interp/ModalTables.h"
+#include "macro/CallStack.h"
+#include "macro/MacroStatement.h"
 
 namespace zemtra {
 
@@ -42,15 +44,6 @@ struct ArcMoveRecord {
 // True when an arc climbs along the normal of its plane (17: Z, 18: Y, 19: X), comparing the
 // ends as stored floats: the motion is then a helix.
 bool IsHelicalArc(const ArcMoveRecord& arc);
-
-// One open program of the call stack: the text and where its lines are being read.
-struct FileFrame {
-  const ProgramText* Text = nullptr;
-  std::size_t ResumePosition = 0;   // byte offset of the next line to read
-  std::size_t LinePosition = 0;     // byte offset of the line being run
-  std::int32_t ProgramNumber = -1;  // O number this frame is in; -1 for a whole file
-  std::int16_t RepeatCount = 0;     // repetitions still to run of a repeated block
-};
 
 // The user's preferences that change how a program is read.
 struct InterpreterOptions {
@@ -88,9 +81,24 @@ class Interpreter {
   // Address index of the configured rotary axis letter; 0 when there is none.
   int RotaryLetter() const { return rotaryLetter_; }
 
-  // Makes `program` the main program (frame 0) and rewinds it. It must outlive the run.
+  // Makes `program` the main program (frame 0) and rewinds it. It must outlive the run. Its
+  // FileName() is the document whose folder is searched for subprogram files.
   void SetProgram(const ProgramText& program);
   const ProgramText* MainProgram() const { return mainProgram_; }
+
+  // Folder holding CONFIG/<configuration name>/G<code>.PRG, the cycle and G-code macro files.
+  // Empty (the default): the folder above the one of the configuration file.
+  void SetMachineFolder(const std::string& applicationFolder) {
+    machineFolder_ = applicationFolder;
+  }
+  // Where subprogram files are found, and whether missing ones stop the run. "Ignore M98" and
+  // "Ignore G65" come from the options at each run.
+  void SetSubprogramSettings(const SubprogramSettings& settings) { calls_.SetSettings(settings); }
+  // The call levels of the run: subprograms, macros, the canned cycle's file.
+  CallStack& Calls() { return calls_; }
+  const CallStack& Calls() const { return calls_; }
+  // Text of the macro message (#3000) last shown.
+  const std::string& MacroMessageText() const { return statements_.MacroMessageText(); }
 
   // Resets the modal state, address tables, offsets, frames and counters and decodes the
   // configuration's Initial State. Called before every run.
@@ -172,12 +180,7 @@ class Interpreter {
   bool ContourFinished = false;
   std::int32_t ContourStart = 0;
   std::int32_t ContourEnd = 0;
-
-  // --- Files: frames 0 to 8 of the call stack, and the canned cycle's frame ---
-  static constexpr int kFrameCount = 9;
-  std::array<FileFrame, kFrameCount> CallFrames;
-  std::int16_t FileLevel = 0;
-  FileFrame CycleFrame;
+  GeoPoint ContourReturn;  // where the contour cycle was called; valid while ContourActive
 
  private:
   // Steps of ExecuteBlock, in order; each returns kContinue or the block's result.
@@ -191,6 +194,7 @@ class Interpreter {
   int TakeProgramNumber();
   int RunMacroStatements();
   int DecodeCurrentBlock();
+  int RunLatheCodes();
   int StepToolWord();
   int RunMCodes();
   int ClearDwellAddress();
@@ -200,7 +204,16 @@ class Interpreter {
   int TakeCycleArguments();
   int RunMotion();
   int RunLineMotion();
-  int RunMacroStatement(std::string_view block, std::string& rest, bool& jumped);
+  int ShowStatementMessage();
+  int FinishCall(const CallResult& result);
+  int ShowCallError(const std::string& text);
+  void SyncLineCounter();
+  BlockAddresses Addresses() const { return BlockAddresses{AddrSeen, AddrValue}; }
+
+  // The lathe's own codes (its path through a block).
+  int EnterContourCycle();
+  int ClampOrSetCoordinates();
+  void TakeLatheCycleArguments(LocalVariables& arguments);
 
   // M-codes of step 10.
   int RunSpindleAndStopCodes(double m);
@@ -248,12 +261,15 @@ class Interpreter {
   void ReadPositionVariables();
   void ClearFrames();
   void ClearCycleCall();
+  void PrepareCallStack();
 
   bool IsLathe() const;
   bool IsRotaryLetter(int letter) const { return letter == rotaryLetter_; }
   bool HasLetter(char c) const { return AddrSeen[Letter(c)] != 0; }
-  FileFrame& ActiveFrame() { return InCycleFile ? CycleFrame : CallFrames[FileLevel]; }
-  bool ReadingMainFile() const;
+  CallFrame& ActiveFrame() { return calls_.Current(); }
+  // The line being read is one of the main program's (it counts for LineCounter).
+  bool ReadingMainFile() { return !InCycleFile && calls_.Current().Text == mainProgram_; }
+  bool IsOWordStatement(std::string_view block) const;
   int FailPending(int feature);
 
   const MachineConfig& config_;
@@ -270,6 +286,9 @@ class Interpreter {
   std::array<bool, 27> integerFormat_{};  // the letter's value was written without a point
   bool offsetNumberMayFollow_ = false;    // this block selected a work system: a P may follow
   BlockVariables blockVariables_;         // the variables blocks wrote, until someone reads them
+  std::string machineFolder_;             // see SetMachineFolder
+  CallStack calls_;
+  MacroStatements statements_;
 };
 
 // The hot path of every axis word, kept where the decoder can inline it.

@@ -1,81 +1,22 @@
-// The macro statement step of a block: assignments, and the words that make a block a macro
-// statement.
+// The macro statement step of a block: IF, GOTO, WHILE / DO / END, assignments and the #3000
+// message run on the frame being read; what is left goes on to the decoder.
 #include <string>
 #include <string_view>
 
-#include "core/TextUtil.h"
 #include "interp/InterpMessages.h"
 #include "interp/Interpreter.h"
-#include "macro/Assignment.h"
-#include "macro/ProgramText.h"
+#include "macro/MacroStatement.h"
 
 namespace zemtra {
 
 namespace {
 
-// Results of a macro statement.
-constexpr int kStatementGoesOn = 0;      // run the rest of the block through again
-constexpr int kNotAStatement = 100;      // the block is for the decoder
-constexpr int kStatementComplete = 101;  // nothing more to do on this block
-constexpr int kStatementMessage = 3000;  // an assignment to #3000: show its message
-
-constexpr std::string_view kFlowWords[] = {"IF", "GOTO", "WHILE", "DO", "END"};
-constexpr std::string_view kOutputWords[] = {"POPEN", "PCLOS", "DPRNT", "BPRNT"};
-
-// True when `text` begins with one of the words (all of two letters or more). The first two
-// letters are compared on their own, as most blocks begin with a letter and a digit.
-bool StartsWithAny(std::string_view text, const std::string_view* words, std::size_t count) {
-  if (text.size() < 2) return false;
-  for (std::size_t i = 0; i < count; ++i) {
-    const std::string_view word = words[i];
-    if (text[0] == word[0] && text[1] == word[1] && text.starts_with(word)) return true;
-  }
-  return false;
-}
-
-}  // namespace
-
-// Step 7: the block goes through the statement until it is done or left for the decoder.
-int Interpreter::RunMacroStatements() {
-  // Variables and expressions read the store: what earlier blocks wrote must be there.
-  const std::string_view block(CurrentBlock);
-  if (block.find('#') != block.npos || block.find('[') != block.npos) FlushVariables();
-  std::string rest;
-  for (;;) {
-    bool jumped = false;
-    rest.clear();
-    const int code = RunMacroStatement(CurrentBlock, rest, jumped);
-    if (jumped) {
-      if (ReadingMainFile() && !InCycleFile) {
-        LineCounter = CallFrames[FileLevel].Text->LineFromPosition(ActiveFrame().ResumePosition);
-      }
-      return kNoMotion;
-    }
-    if (code == kStatementComplete) return kNoMotion;
-    if (code == kStatementGoesOn && !rest.empty()) {
-      CurrentBlock = rest;
-      continue;
-    }
-    if (code == kStatementGoesOn || code == kNotAStatement) return kContinue;
-    if (code == kStatementMessage) {
-      std::string text(kMacroMessageHead);
-      text.append(kLineEnd).append(kLineEnd).append(BlockMessage);
-      StoppedByError = true;
-      ShowProgramMessage(text, MsgIcon::Information, MsgButtons::Ok);
-      return kStop;
-    }
-    ReportBlockError(code);
-    return kStop;
-  }
-}
-
-// Assignments run here; conditions, jumps and loops are read by a later part of the
-// interpreter, and a block that needs them stops the run.
-int Interpreter::RunMacroStatement(std::string_view block, std::string& /*rest*/,
-                                   bool& /*jumped*/) {
-  if (block.empty()) return kStatementComplete;
-  switch (block[0]) {  // the first letters of every statement word
-    case '#':
+// Most blocks begin with an address letter and a digit: those cannot be statements, and skip
+// the statement walk. Statements begin with "#" or with a word of two letters or more (IF,
+// GOTO, WHILE, DO, END, POPEN, PCLOS, DPRNT, BPRNT).
+bool MayBeStatement(std::string_view block) {
+  if (block[0] == '#') return true;
+  switch (block[0]) {
     case 'B':
     case 'D':
     case 'E':
@@ -83,19 +24,66 @@ int Interpreter::RunMacroStatement(std::string_view block, std::string& /*rest*/
     case 'I':
     case 'P':
     case 'W':
-      break;
+      return block.size() >= 2 && block[1] >= 'A' && block[1] <= 'Z';
     default:
-      return kNotAStatement;
+      return false;
   }
-  if (block[0] == '#') {
-    const int code = ExecuteAssignments(block, evaluator_, variables_);
-    return code == 0 ? kStatementComplete : code;
+}
+
+// The words of LinuxCNC's O-word statements, which follow the O number there.
+constexpr std::string_view kOWords[] = {"SUB",   "ENDSUB", "CALL",      "RETURN",   "IF",
+                                        "ELSE",  "ENDIF",  "WHILE",     "ENDWHILE", "DO",
+                                        "BREAK", "REPEAT", "ENDREPEAT", "CONTINUE", "ELSEIF"};
+
+}  // namespace
+
+// An O line whose number is followed by a statement word, or a named O-word ("O<NAME> SUB").
+bool Interpreter::IsOWordStatement(std::string_view block) const {
+  std::size_t position = 1;
+  if (position < block.size() && block[position] == '<') return true;
+  while (position < block.size() && block[position] >= '0' && block[position] <= '9') ++position;
+  const std::string_view rest = block.substr(position);
+  for (const std::string_view word : kOWords) {
+    if (rest.starts_with(word)) return true;
   }
-  // Every word's second character is a letter too; "G1", "D2." are addresses.
-  if (block.size() < 2 || block[1] < 'A' || block[1] > 'Z') return kNotAStatement;
-  if (StartsWithAny(block, kFlowWords, std::size(kFlowWords))) return kPendingMacroStatement;
-  if (StartsWithAny(block, kOutputWords, std::size(kOutputWords))) return kStatementComplete;
-  return kNotAStatement;
+  return false;
+}
+
+// Step 7: the block goes through the statement until it is done or left for the decoder. A
+// jump moves the frame's read position; in the main program the line counter follows it.
+int Interpreter::RunMacroStatements() {
+  const std::string_view block(CurrentBlock);
+  // Variables and expressions read the store: what earlier blocks wrote must be there.
+  if (block.find('#') != block.npos || block.find('[') != block.npos) FlushVariables();
+  if (!MayBeStatement(block)) return kContinue;
+  bool jumped = false;
+  const int code = statements_.RunBlock(CurrentBlock, rawLine_, calls_.Current(), jumped);
+  if (jumped) {
+    SyncLineCounter();
+    return kNoMotion;
+  }
+  switch (code) {
+    case StatementCode::kComplete:
+      return kNoMotion;
+    case StatementCode::kGoesOn:
+      return CurrentBlock.empty() ? kNoMotion : kContinue;
+    case StatementCode::kNotAStatement:
+      return kContinue;
+    case StatementCode::kMessage:
+      return ShowStatementMessage();
+    default:
+      ReportBlockError(code);
+      return kStop;
+  }
+}
+
+// "#3000 = n (text)": the program's own message; the run stops there.
+int Interpreter::ShowStatementMessage() {
+  std::string text(kMacroMessageHead);
+  text.append(kLineEnd).append(kLineEnd).append(statements_.MacroMessageText());
+  StoppedByError = true;
+  ShowProgramMessage(text, MsgIcon::Information, MsgButtons::Ok);
+  return kStop;
 }
 
 }  // namespace zemtra

@@ -1,8 +1,10 @@
 #include "interp/PlotDriver.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstring>
 #include <exception>
+#include <numbers>
 #include <string>
 
 #include "config/MachineConfig.h"
@@ -194,7 +196,7 @@ void PlotDriver::ReportFailure(const char* description) {
 void PlotDriver::ReportProgress() {
   const Clock::time_point now = Clock::now();
   if (now < lastProgress_ + ProgressInterval) return;
-  const std::size_t position = interpreter_.CallFrames[0].ResumePosition;
+  const std::size_t position = interpreter_.Calls().Frame(0).ResumePosition;
   const int percent =
       plotFileSize_ == 0 ? 0 : static_cast<int>(double(position) / double(plotFileSize_) * 100);
   host_.status("msg", std::string(kStatusPlottingPercent) + FormatNumberText(percent, "0") + "%");
@@ -439,10 +441,48 @@ void PlotDriver::AddFeedTime(const GeoEntity& entity, double length) {
   if (!in.SpindleOn && Warnings.WarnSpindleOff) Warn(kWarnSpindleOff, MsgIcon::Exclamation);
 }
 
-// Constant surface speed belongs to the lathe cycles, which are not read yet: such moves add
-// no time.
-double PlotDriver::ConstantSurfaceTime(const GeoEntity& /*entity*/, double /*length*/) const {
-  return 0;
+// Time of a feed move under constant surface speed (G96): the spindle turns at the surface
+// speed over the radius, held between the clamps, so the feed per revolution gives a feed rate
+// that changes along the move. The move is cut into pieces, each timed at the speed of its
+// middle; a move at one radius is one piece.
+double PlotDriver::ConstantSurfaceTime(const GeoEntity& entity, double length) {
+  Interpreter& in = interpreter_;
+  if (in.SpindleMaxRPM <= 0) in.SpindleMaxRPM = 10000;
+  const double minRPM = in.SpindleMinRPM > 0 ? in.SpindleMinRPM : 1;
+  const double maxRPM = std::max(in.SpindleMaxRPM, minRPM);
+  const double perRevolution = MoveRate * in.AddrValue[Letter('F')];
+  if (perRevolution <= 0 || in.SurfaceSpeed <= 0 || length <= 0) return 0;
+  const double k = 2 * std::numbers::pi / (in.ModalG[6] != 21 ? 12.0 : 1000.0);
+  const auto rpmAt = [&](double radius) {
+    const double r = std::fabs(radius);
+    const double rpm = r > 0 ? in.SurfaceSpeed / (k * r) : maxRPM;
+    return std::clamp(rpm, minRPM, maxRPM);
+  };
+  const double offsetX = entity.WorkOffset.X;
+  const bool line = IsLineCode(entity.EntityType);
+  const bool oneRadius = line && entity.StartPoint.X == entity.EndPoint.X;
+  const int pieces = oneRadius ? 1 : kSurfaceSpeedPieces;
+  double time = 0;
+  for (int i = 0; i < pieces; ++i) {
+    const double along = (i + 0.5) / pieces;
+    const double x = line ? entity.StartPoint.X + (entity.EndPoint.X - entity.StartPoint.X) * along
+                          : ArcXAt(entity, along);
+    time += (length / pieces) / (perRevolution * rpmAt(x - offsetX) / 60);
+  }
+  return time;
+}
+
+// X of the point a fraction `along` of the way round an arc of the ZX plane.
+double PlotDriver::ArcXAt(const GeoEntity& arc, double along) {
+  const GeoPoint& c = arc.CenterPoint;
+  const double radius = std::hypot(arc.StartPoint.X - c.X, arc.StartPoint.Z - c.Z);
+  const double start = std::atan2(arc.StartPoint.X - c.X, arc.StartPoint.Z - c.Z);
+  const double end = std::atan2(arc.EndPoint.X - c.X, arc.EndPoint.Z - c.Z);
+  constexpr double kTurn = 2 * std::numbers::pi;
+  double sweep = std::fmod(end - start + 2 * kTurn, kTurn);  // counter-clockwise, 0 to a turn
+  if (sweep == 0) sweep = kTurn;
+  if (arc.EntityType % 10 == 2) sweep -= kTurn;  // clockwise
+  return c.X + radius * std::sin(start + sweep * along);
 }
 
 // A warning with OK and Cancel; Cancel ends the plot after this entity. Returns false when

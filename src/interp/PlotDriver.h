@@ -86,7 +86,9 @@ class PlotDriver {
   bool MakeCornerEntity(const GeoEntity& before, const GeoEntity& current, GeoEntity& corner);
   void KeepCornerValues();
   void AddFeedTime(const GeoEntity& entity, double length);
-  double ConstantSurfaceTime(const GeoEntity& entity, double length) const;
+  double ConstantSurfaceTime(const GeoEntity& entity, double length);
+  static double ArcXAt(const GeoEntity& arc, double along);
+  static constexpr int kSurfaceSpeedPieces = 32;
   bool Warn(std::string_view text, MsgIcon icon);
 
   // Special moves after a stored motion.

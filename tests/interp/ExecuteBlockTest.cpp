@@ -33,7 +33,7 @@ TEST(ExecuteBlock, WhichBlocksMove) {
   EXPECT_EQ(fx.interpreter.MotionCode, 0);
   // End of the text stops; a "%" line and comments do nothing.
   EXPECT_EQ(Results(fx, "%|(comment)|O1234|"), (V{0, 0, 0, 2}));
-  EXPECT_EQ(fx.interpreter.CallFrames[0].ProgramNumber, 1234);
+  EXPECT_EQ(fx.interpreter.Calls().Frame(0).ProgramNumber, 1234);
   // G04 X1 is a dwell, not a move; G2 with no address is harmless.
   EXPECT_EQ(Results(fx, "G4X1.|G2|M2"), (V{0, 0, 2}));
   EXPECT_EQ(fx.interpreter.CurrentPos.X, 0.0f);
@@ -174,21 +174,17 @@ TEST(ExecuteBlock, M99AtTheMainLevelEndsTheRun) {
   EXPECT_TRUE(fx.host.shown.empty());
 }
 
-// Blocks that need a part of the interpreter that is not there stop with a clear message.
-TEST(ExecuteBlock, NotYetSupportedBlocksStopWithAMessage) {
-  const std::pair<const char*, int> cases[] = {
-      {"G81X1.Y1.Z-1.R1.", kPendingCannedCycle},
-      {"M98P100", kPendingSubprogram},
-      {"G65P9000", kPendingMacroCall},
-      {"G12I1.", kPendingExternalMacro},
-      {"IF[1EQ1]GOTO10", kPendingMacroStatement},
-  };
-  for (const auto& [block, code] : cases) {
+// LinuxCNC's O-word statements are another dialect: the run stops and says so.
+TEST(ExecuteBlock, LinuxCncOWordsStopWithAMessage) {
+  for (const char* block : {"O100SUB", "O<CIRCLE>CALL[1]", "O101IF[#1GT0]", "O102WHILE[1]"}) {
     PlotFixture fx;
-    EXPECT_EQ(Results(fx, block), (std::vector<int>{2})) << block;
+    EXPECT_EQ(Results(fx, std::string("G0X1.|") + block), (std::vector<int>{1, 2})) << block;
     ASSERT_EQ(fx.host.shown.size(), 1u) << block;
-    EXPECT_EQ(fx.host.shown[0].prompt.text, "Error:\r\n\r\n" + InterpreterErrorText(code));
+    EXPECT_EQ(fx.host.shown[0].prompt.text,
+              "Error:\r\n\r\n" + InterpreterErrorText(kOWordStatement));
   }
+  PlotFixture fx;
+  EXPECT_EQ(Results(fx, "O1000|G0X1.|M30"), (std::vector<int>{0, 1, 2}));
 }
 
 TEST(ExecuteBlock, LatheStartsOnlyWhenBothAxesHaveAValue) {

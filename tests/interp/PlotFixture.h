@@ -1,6 +1,8 @@
 #pragma once
 // A machine, a variable store, an interpreter and a plot driver wired together, with a
 // recording host, for the interpreter's tests.
+#include <fstream>
+#include <sstream>
 #include <string>
 #include <string_view>
 
@@ -14,14 +16,27 @@
 #include "macro/Evaluator.h"
 #include "macro/ProgramText.h"
 #include "macro/VariableStore.h"
+#include "support/TestSupport.h"
 
 namespace zemtra::test {
 
-// The configuration a file with no keys gives: a mill with the default options.
+// The configuration a file with no keys gives: a mill with the default options. Its macro
+// files are the shipped ones of data/CONFIG/default.
 inline MachineConfig DefaultMill() {
   MachineConfig config;
   ReadConfigRecord(ConfigText(""), config);
-  config.ConfigName = "Test";
+  config.ConfigName = "default";
+  return config;
+}
+
+// A shipped configuration of data/CONFIG, read as the program reads it ("Lathe").
+inline MachineConfig ShippedConfig(const std::string& name) {
+  std::ifstream file(SourceDataDir() / "CONFIG" / (name + ".zmt"), std::ios::binary);
+  std::stringstream text;
+  text << file.rdbuf();
+  MachineConfig config;
+  ReadConfigRecord(ConfigText(text.str()), config);
+  config.ConfigName = name;
   return config;
 }
 
@@ -37,7 +52,9 @@ struct PlotFixture {
       : config(std::move(machine)),
         evaluator(variables),
         interpreter(config, variables, evaluator, host),
-        driver(interpreter, table, host) {}
+        driver(interpreter, table, host) {
+    interpreter.SetMachineFolder(SourceDataDir().string());
+  }
 
   // Plots `text` ("|" separates lines) as an untitled program and returns the entity count.
   int Plot(std::string_view text) {

@@ -2,6 +2,7 @@
 
 #include <cmath>
 #include <filesystem>
+#include <set>
 #include <string>
 
 #include "PlotFixture.h"
@@ -58,6 +59,43 @@ TEST(Samples, MillProgramsPlotOrStopWithAMessage) {
     ++plotted;
   }
   EXPECT_GT(plotted, 5);
+}
+
+// Programs with macros, subprograms and lathe cycles: each plots to its end or stops on one
+// message of the program, never a run-time failure or a hang. LinuxCNC's O-word programs
+// stop on the message that names their dialect.
+TEST(Samples, MacroAndLatheProgramsPlotOrStopWithAMessage) {
+  ZEMTRA_REQUIRE_SAMPLES();
+  const std::set<std::string> kOWordPrograms = {"useful-subroutines.ngc",
+                                                "linuxcnc_g71-with-g70.ngc", "g76.ngc"};
+  for (const char* kind : {"macro", "lathe"}) {
+    const auto folder = test::SamplesDir() / "gcode" / kind;
+    for (const auto& entry : std::filesystem::directory_iterator(folder)) {
+      const std::string name = entry.path().filename().string();
+      if (name.find(".expected.") != std::string::npos) continue;
+      test::PlotFixture fx(std::string(kind) == "lathe" ? test::ShippedConfig("Lathe")
+                                                        : test::DefaultMill());
+      fx.driver.BlockLimit = 2000000;
+      std::string error;
+      ASSERT_TRUE(ProgramText::LoadFile(entry.path(), fx.program, error)) << name << error;
+      fx.driver.RefreshGeometry(fx.program);
+      EXPECT_FALSE(fx.driver.Failed) << name << ": " << fx.host.lastText();
+      EXPECT_FALSE(fx.driver.LimitReached) << name;
+      if (fx.interpreter.StoppedByError && !fx.driver.LimitReached) {
+        const std::string& last = fx.host.lastText();
+        const bool known = last.starts_with("Error:\r\n\r\n") ||
+                           last.starts_with("Macro Message:\r\n\r\n") ||
+                           last.starts_with("Sub program not found:\r\n") ||
+                           last.starts_with("Referenced block number not found:\r\n") ||
+                           fx.interpreter.ArcErrorCount == 50;
+        EXPECT_TRUE(known) << name << ": " << last;
+      }
+      if (kOWordPrograms.contains(name)) {
+        EXPECT_EQ(fx.host.lastText(), "Error:\r\n\r\n" + InterpreterErrorText(kOWordStatement))
+            << name;
+      }
+    }
+  }
 }
 
 }  // namespace
