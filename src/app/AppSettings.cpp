@@ -178,33 +178,6 @@ void SaveTextToGCode(SettingsStore& store, const TextToGCodeSettings& t) {
   out.Number("Font Size", t.FontSize);
 }
 
-// A key "Program <n>" assigns a file to program n.
-void LoadSubprograms(const SettingsStore& store, SubprogramSettings& s) {
-  s.Numbers.clear();
-  s.Names.clear();
-  for (const auto& [key, value] : store.GetAllSettings(kSubprograms)) {
-    if (key.compare(0, 7, "Program") != 0) continue;
-    s.Numbers.push_back(static_cast<std::int32_t>(NumericTextValue(key.substr(7))));
-    s.Names.push_back(value);
-  }
-  const SettingReader in(store, kSubprograms);
-  in.Text("Default Path", s.DefaultPath);
-  in.Int16("Ignore M98", s.IgnoreM98);
-  in.Int16("Ignore G65", s.IgnoreG65);
-}
-
-void SaveSubprograms(SettingsStore& store, const SubprogramSettings& s) {
-  store.DeleteSetting(kSubprograms);
-  SettingWriter out(store, kSubprograms);
-  out.Text("Default Path", s.DefaultPath);
-  for (std::size_t i = 0; i < s.Numbers.size() && i < s.Names.size(); ++i) {
-    if (s.Numbers[i] == 0) continue;
-    out.Text("Program " + FormatNumberText(s.Numbers[i], "#####0"), s.Names[i]);
-  }
-  out.Number("Ignore M98", s.IgnoreM98);
-  out.Number("Ignore G65", s.IgnoreG65);
-}
-
 std::string BandKey(int index, const char* what) {
   return "Band " + std::to_string(index) + " " + what;
 }
@@ -227,7 +200,7 @@ void LoadSettings(const SettingsStore& store, AppSettings& settings,
   LoadPreferences(store, settings.Preferences);
   LoadTextToGCode(store, settings.TextToGCode);
   settings.Recent.Load(store, exists);
-  LoadSubprograms(store, settings.Subprograms);
+  settings.Subprograms = LoadSubprogramSettings(store);
 }
 
 void SaveSettings(SettingsStore& store, const AppSettings& settings, const ViewState& view,
@@ -239,7 +212,7 @@ void SaveSettings(SettingsStore& store, const AppSettings& settings, const ViewS
   SavePreferences(store, settings.Preferences);
   SaveAddressColors(store, settings.Preferences);
   SaveTextToGCode(store, settings.TextToGCode);
-  SaveSubprograms(store, settings.Subprograms);
+  SaveSubprogramSettings(store, settings.Subprograms);
 }
 
 void SaveMultiInstance(SettingsStore& store, bool multiInstance) {

@@ -10,6 +10,7 @@
 #include "app/RecentFiles.h"
 #include "core/DisplayFormats.h"
 #include "editor/Colorize.h"  // kAddressColorCount
+#include "macro/SubprogramSettings.h"
 
 namespace zemtra {
 
@@ -78,16 +79,6 @@ struct TextToGCodeSettings {
   bool FontBold = false;
   bool FontItalic = false;
   std::int16_t FontSize = 12;
-};
-
-// Section "Subprograms": where called programs are looked for.
-struct SubprogramSettings {
-  std::string DefaultPath;
-  std::int16_t IgnoreM98 = 1;
-  std::int16_t IgnoreG65 = 1;
-  // Program number to file name assignments, two parallel lists.
-  std::vector<std::int32_t> Numbers;
-  std::vector<std::string> Names;
 };
 
 // Everything LoadSettings reads and SaveSettings writes.

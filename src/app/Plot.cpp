@@ -371,6 +371,7 @@ void Plot::PrepareInterpreter() {
   options.IgnoreM98 = settings_.Subprograms.IgnoreM98;
   options.IgnoreG65 = settings_.Subprograms.IgnoreG65;
   engine_->Interp.SetOptions(options);
+  engine_->Interp.SetSubprogramSettings(settings_.Subprograms);
   engine_->Driver.Warnings =
       PlotWarnings{p.WarnOnFeedrate0, p.WarnOnSpindleSpeed0, p.WarnOnSpindleOff};
   engine_->Driver.ProgressInterval = kPlotYieldInterval;

@@ -89,8 +89,7 @@ void StartUp::ResetGeometry() {
   engine.Table.Clear();
   engine.View.DrawFirst = 0;
   engine.View.DrawLast = 1;
-  plot_.Settings().Subprograms.Numbers.clear();
-  plot_.Settings().Subprograms.Names.clear();
+  plot_.Settings().Subprograms.SubProgramFiles.clear();
 }
 
 void StartUp::ReadPaneLayout() {

@@ -6,7 +6,10 @@
 #include <ostream>
 
 #include "cli/Args.h"
+#include "cli/DxfCommand.h"
+#include "cli/FilterCommand.h"
 #include "cli/PlotCommand.h"
+#include "cli/TextCommand.h"
 #include "core/Version.h"
 
 namespace zemtra {
@@ -19,6 +22,11 @@ int RunVersionCommand(const std::vector<std::string>& args, std::ostream& out, s
 constexpr std::array kSubcommands = {
     // ---- Subcommands of the engine, one line each:
     Subcommand{"plot", "plot a program and report its geometry", RunPlotCommand},
+    Subcommand{"filter", "rewrite a program with a text filter", RunFilterCommand},
+    Subcommand{"text", "write an engraving program of a text in a font", RunTextCommand},
+    Subcommand{"dxf", "read a DXF drawing and report its layers", RunDxfCommand},
+    Subcommand{"dxf2gcode", "convert the layers of a DXF drawing into a program",
+               RunDxf2GCodeCommand},
     Subcommand{"help", "print the help of a command", RunHelpCommand},
     Subcommand{"version", "print the version", RunVersionCommand},
 };

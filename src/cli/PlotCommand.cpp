@@ -10,6 +10,7 @@
 
 #include "cli/Args.h"
 #include "cli/CliHost.h"
+#include "cli/DxfCommand.h"
 #include "cli/IniSettingsStore.h"
 #include "cli/JsonWriter.h"
 #include "cli/PlotPicture.h"
@@ -27,6 +28,7 @@
 #include "macro/Assignment.h"
 #include "macro/Evaluator.h"
 #include "macro/ProgramText.h"
+#include "macro/SubprogramSettings.h"
 #include "macro/VariableStore.h"
 #include "view/Views.h"
 
@@ -44,6 +46,9 @@ constexpr std::array kPlotOptions = {
     OptionSpec{"--block-skip", "", "skip blocks that begin with \"/\""},
     OptionSpec{"--json", "", "print the whole result as one JSON object"},
     OptionSpec{"--max-blocks", "N", "stop after N blocks (default 100000000)"},
+    OptionSpec{"--sub-path", "DIR",
+               "folder searched for subprogram files O<number>[.ext] (default: the saved\n"
+               "                       \"Default Path\" with --use-settings, else none)"},
     OptionSpec{"--use-settings", "",
                "use and keep the user's settings and variable state (default: start clean)"},
     OptionSpec{"--png", "OUT", "draw the tool path into the PNG picture OUT"},
@@ -56,6 +61,7 @@ constexpr std::array kPlotOptions = {
                "                       iso-mill, iso-lathe, or 0 to 11 (default: top, on a lathe\n"
                "                       front-turret; with --use-settings the saved view)"},
     OptionSpec{"--size", "WxH", "size of the pictures in pixels (default 800x600)"},
+    OptionSpec{"--dxf", "OUT", "write the tool path, rapids left out, as the DXF drawing OUT"},
 };
 
 constexpr CommandSyntax kPlotSyntax{
@@ -75,9 +81,11 @@ struct PlotRequest {
   bool blockSkip = false;
   bool json = false;
   bool useSettings = false;
+  std::optional<std::string> subPath;  // --sub-path
   std::int64_t maxBlocks = kDefaultMaxBlocks;
   PictureOptions picture;
   std::string viewName;  // resolved once the machine type is known
+  std::string dxfPath;   // --dxf
 };
 
 // A configuration argument is a path when it names an existing file or holds a separator;
@@ -165,6 +173,8 @@ int ParseRequest(const std::vector<std::string>& args, std::ostream& out, std::o
   request.blockSkip = parsed.has("--block-skip");
   request.json = parsed.has("--json");
   request.useSettings = parsed.has("--use-settings");
+  request.dxfPath = parsed.valueOr("--dxf", "");
+  if (parsed.has("--sub-path")) request.subPath = parsed.valueOr("--sub-path", "");
   std::string error;
   const auto maxBlocks = parsed.intValue("--max-blocks", 1, INT64_MAX, kDefaultMaxBlocks, error);
   if (!maxBlocks) {
@@ -287,6 +297,16 @@ void WriteJson(const PlotSession& plot, const PlotRequest& request, bool stopped
   json.finish();
 }
 
+// Subprogram files: the saved settings (with --use-settings), --sub-path for the default
+// folder; cycle and G-code macro files in the application folder's CONFIG.
+void PrepareCalls(PlotSession& plot, const SettingsStore& settings, const PlotRequest& request) {
+  SubprogramSettings calls;
+  if (request.useSettings) calls = LoadSubprogramSettings(settings);
+  if (request.subPath) calls.DefaultSubPath = *request.subPath;
+  plot.interpreter.SetSubprogramSettings(calls);
+  plot.interpreter.SetMachineFolder(ApplicationFolder(nullptr).string());
+}
+
 // The user's settings file with --use-settings, else an empty store that nobody saves.
 std::unique_ptr<SettingsStore> OpenSettings(const PlotRequest& request, std::ostream& err) {
   if (!request.useSettings) return std::make_unique<MemorySettingsStore>();
@@ -356,6 +376,7 @@ int RunPlotCommand(const std::vector<std::string>& args, std::ostream& out, std:
   PrepareVariables(*plot, *settings, request.useSettings);
   InterpreterOptions options;
   LoadPlotPreferences(*settings, options, plot->driver.Warnings);
+  PrepareCalls(*plot, *settings, request);
   options.BlockSkip = request.blockSkip;
   plot->interpreter.SetOptions(options);
   plot->driver.BlockLimit = request.maxBlocks;
@@ -374,6 +395,12 @@ int RunPlotCommand(const std::vector<std::string>& args, std::ostream& out, std:
   out.flush();
   if (interrupted) err << "zemtra-cli plot: interrupted\n";
   if (pictures != kExitDone) return pictures;
+  if (!interrupted && !request.dxfPath.empty()) {
+    const bool lathe = plot->session.ActiveConfig.MachineType == 1;
+    const int exported = ExportPlotAsDxf(plot->table, plot->driver.EntityCount(), lathe,
+                                         request.dxfPath, plot->host, err);
+    if (exported != kExitDone) return exported;
+  }
   return stopped || interrupted ? kExitStopped : kExitDone;
 }
 

@@ -86,8 +86,7 @@ class SettingsTest : public QObject {
     saved.Preferences.WarningReset = 2;
     saved.Preferences.AddressColors[27] = 0x123456;
     saved.TextToGCode.Radius = 12.25;
-    saved.Subprograms.Numbers = {12, 0, 9001};
-    saved.Subprograms.Names = {"/p/O12.nc", "/p/none.nc", "/p/O9001.nc"};
+    saved.Subprograms.SubProgramFiles = {{12, "/p/O12.nc"}, {0, "/p/none.nc"}, {9001, "/p/O9001.nc"}};
     saved.Recent.Add("/p/b.nc");
     saved.Recent.Add("/p/a.nc");
     ViewState view;
@@ -115,8 +114,9 @@ class SettingsTest : public QObject {
     QCOMPARE(loaded.Preferences.WarningReset, std::int16_t(2));
     QCOMPARE(loaded.Preferences.AddressColors, saved.Preferences.AddressColors);
     QCOMPARE(loaded.TextToGCode.Radius, 12.25);
-    QCOMPARE(loaded.Subprograms.Numbers, (std::vector<std::int32_t>{12, 9001}));
-    QCOMPARE(loaded.Subprograms.Names, (std::vector<std::string>{"/p/O12.nc", "/p/O9001.nc"}));
+    QCOMPARE(loaded.Subprograms.SubProgramFiles.size(), std::size_t(2));
+    QCOMPARE(loaded.Subprograms.SubProgramFiles[0].Number, 12);
+    QCOMPARE(loaded.Subprograms.SubProgramFiles[1].FileName, std::string("/p/O9001.nc"));
     QCOMPARE(loaded.Recent.At(0), std::string("/p/a.nc"));
     QCOMPARE(loaded.Recent.At(1), std::string("/p/b.nc"));
     QCOMPARE(loadedView.CurrentView, std::int16_t(6));
