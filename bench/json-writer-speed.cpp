@@ -40,17 +40,7 @@ void WriteDocument(zemtra::JsonWriter& json, int count) {
   for (int i = 1; i <= count; ++i) {
     const zemtra::GeoEntity entity = SampleEntity(i, position);
     position = entity.EndPoint;
-    json.beginObject();
-    json.key("type").intValue(entity.EntityType);
-    json.key("start").pointValue(entity.StartPoint);
-    json.key("end").pointValue(entity.EndPoint);
-    json.key("center").pointValue(entity.CenterPoint);
-    json.key("radius_or_turns").floatValue(entity.RadiusOrTurns);
-    json.key("plane").intValue(entity.Plane);
-    json.key("line").intValue(entity.LineNumber);
-    json.key("color").intValue(entity.ColorIndex);
-    json.key("work_offset").pointValue(entity.WorkOffset);
-    json.endObject();
+    zemtra::WriteEntityJson(json, entity);
   }
   json.endArray();
   json.endObject();

@@ -168,18 +168,7 @@ void WriteLayerJson(const GeometryTable& table, const DxfLayerTable& layers,
   json.endArray();
   json.key("entities").beginArray();
   for (std::int32_t i = 1; i <= table.HighestIndex(); ++i) {
-    const GeoEntity& e = table[i];
-    json.beginObject();
-    json.key("type").intValue(e.EntityType);
-    json.key("start").pointValue(e.StartPoint);
-    json.key("end").pointValue(e.EndPoint);
-    json.key("center").pointValue(e.CenterPoint);
-    json.key("radius_or_turns").floatValue(e.RadiusOrTurns);
-    json.key("plane").intValue(e.Plane);
-    json.key("line").intValue(e.LineNumber);
-    json.key("color").intValue(e.ColorIndex);
-    json.key("work_offset").pointValue(e.WorkOffset);
-    json.endObject();
+    WriteEntityJson(json, table[i]);
   }
   json.endArray();
   json.endObject();

@@ -324,4 +324,18 @@ std::string JsonQuoted(std::string_view text) {
   return quoted;
 }
 
+void WriteEntityJson(JsonWriter& json, const GeoEntity& e) {
+  json.beginObject();
+  json.key("type").intValue(e.EntityType);
+  json.key("start").pointValue(e.StartPoint);
+  json.key("end").pointValue(e.EndPoint);
+  json.key("center").pointValue(e.CenterPoint);
+  json.key("radius_or_turns").floatValue(e.RadiusOrTurns);
+  json.key("plane").intValue(e.Plane);
+  json.key("line").intValue(e.LineNumber);
+  json.key("color").intValue(e.ColorIndex);
+  json.key("work_offset").pointValue(e.WorkOffset);
+  json.endObject();
+}
+
 }  // namespace zemtra

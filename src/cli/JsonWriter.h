@@ -9,6 +9,8 @@
 
 namespace zemtra {
 
+struct GeoEntity;
+
 struct GeoPoint;
 
 // Layout: containers nested up to `breakDepth` deep (the outermost is depth 1) put each member
@@ -99,5 +101,8 @@ class JsonWriter {
 
 // `text` as a JSON string literal with its quotes, by the rules of JsonWriter.
 std::string JsonQuoted(std::string_view text);
+
+// One entity of the geometry table as the plot and dxf commands print it.
+void WriteEntityJson(JsonWriter& json, const GeoEntity& entity);
 
 }  // namespace zemtra

@@ -256,18 +256,7 @@ void WriteEntities(JsonWriter& json, const PlotSession& plot) {
   json.key("entities").beginArray();
   const std::int32_t count = plot.driver.EntityCount();
   for (std::int32_t i = 1; i <= count; ++i) {
-    const GeoEntity& e = plot.table[i];
-    json.beginObject();
-    json.key("type").intValue(e.EntityType);
-    json.key("start").pointValue(e.StartPoint);
-    json.key("end").pointValue(e.EndPoint);
-    json.key("center").pointValue(e.CenterPoint);
-    json.key("radius_or_turns").floatValue(e.RadiusOrTurns);
-    json.key("plane").intValue(e.Plane);
-    json.key("line").intValue(e.LineNumber);
-    json.key("color").intValue(e.ColorIndex);
-    json.key("work_offset").pointValue(e.WorkOffset);
-    json.endObject();
+    WriteEntityJson(json, plot.table[i]);
   }
   json.endArray();
 }

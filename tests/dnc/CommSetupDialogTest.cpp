@@ -7,6 +7,9 @@
 #include <QLineEdit>
 #include <filesystem>
 #include <fstream>
+#include <string>
+
+#include <unistd.h>
 
 #include "core/RecordingHost.h"
 #include "dnc/ComConfig.h"
@@ -19,7 +22,10 @@ namespace fs = std::filesystem;
 class CommSetup : public ::testing::Test {
  protected:
   void SetUp() override {
-    session_.AppFolder = fs::temp_directory_path() / "zmt-comm-setup-test";
+    // One folder per test and process: ctest runs the tests of this file side by side.
+    const std::string name = ::testing::UnitTest::GetInstance()->current_test_info()->name();
+    session_.AppFolder = fs::temp_directory_path() /
+                         ("zemtra-comm-setup-" + name + "-" + std::to_string(::getpid()));
     fs::remove_all(session_.AppFolder);
     fs::create_directories(session_.AppFolder / "DNC");
   }

@@ -10,6 +10,8 @@
 #include "core/RecordingHost.h"
 #include "core/SettingsStore.h"
 #include "dnc/ComConfig.h"
+#include <string>
+#include <unistd.h>
 
 namespace zemtra {
 namespace {
@@ -32,7 +34,9 @@ struct WindowFixture {
 
 std::string WriteProgram(const std::string& text) {
   const std::string path =
-      (std::filesystem::temp_directory_path() / "zmt-tx-window-test.nc").string();
+      (std::filesystem::temp_directory_path() /
+       ("zemtra-tx-window-" + std::to_string(::getpid()) + "-" +
+        ::testing::UnitTest::GetInstance()->current_test_info()->name() + ".nc")).string();
   std::ofstream(path, std::ios::binary) << text;
   return path;
 }

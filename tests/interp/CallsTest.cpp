@@ -9,6 +9,7 @@
 
 #include "PlotFixture.h"
 #include "interp/InterpMessages.h"
+#include <unistd.h>
 
 namespace zemtra {
 namespace {
@@ -296,7 +297,9 @@ class MachineFolder {
   std::string Root() const { return root_.string(); }
 
  private:
-  std::filesystem::path root_ = std::filesystem::temp_directory_path() / "zemtra-machine-test";
+  std::filesystem::path root_ = std::filesystem::temp_directory_path() /
+                               ("zemtra-machine-test-" + std::to_string(::getpid()) + "-" +
+                                ::testing::UnitTest::GetInstance()->current_test_info()->name());
 };
 
 TEST(CannedCycles, ErrorsInACycleFileNameTheFileAndLine) {
