@@ -28,8 +28,8 @@ inline bool IsHelixCode(int code) { return code >= 10; }
 // Plane byte: 17 XY, 18 ZX, 19 YZ; 0 counts as 17.
 inline int NormalPlane(int plane) { return plane == 0 ? 17 : plane; }
 
-// One record of the geometry table: exactly 84 bytes, copied byte for byte.
-#pragma pack(push, 1)
+// One record of the geometry table: exactly 84 bytes, copied byte for byte. The explicit pad
+// bytes keep every field at its natural alignment, so no packing is needed.
 struct GeoEntity {
   std::uint8_t EntityType = 0;
   std::uint8_t Pad1[3] = {0, 0, 0};
@@ -45,7 +45,7 @@ struct GeoEntity {
   std::uint8_t Pad3[2] = {0, 0};
   GeoPoint WorkOffset;
 };
-#pragma pack(pop)
 static_assert(sizeof(GeoEntity) == 84, "GeoEntity is a fixed 84-byte record");
+static_assert(alignof(GeoEntity) == 4);
 
 }  // namespace zemtra
