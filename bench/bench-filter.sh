@@ -8,33 +8,9 @@ out=${2:?usage: bench-filter.sh BUILD OUT}
 mkdir -p "$out"
 source "$(dirname "$0")/bench-common.inc"
 
-lines=1000000
 target_mb=1000
 
-cli="$build/src/cli/zemtra-cli"
-if [ ! -x "$cli" ]; then
-  echo "zemtra-cli not built in $build"
-  exit 1
-fi
-if ! "$cli" filter --help >/dev/null 2>&1; then
-  echo "filter subcommand not available yet"
-  exit 0
-fi
-if [ ! -x /usr/bin/time ]; then
-  echo "/usr/bin/time is missing (package \"time\"; scripts/install-deps installs it)"
-  exit 1
-fi
-
-gen=$(bench_tool gen-programs "$top/bench/gen-programs.cpp")
-generate_program surfacing $lines "$out/surfacing-1m.nc"
-generate_program profile $lines "$out/profile-1m.nc"
-
-home="$out/home"
-rm -rf "$home"
-cp -r "$top/data" "$home"
-export ZEMTRA_HOME="$home"
-
-echo "load average: $(cut -d' ' -f1-3 /proc/loadavg) on $(nproc) cores"
+prepare_cli_bench filter
 target_rate=$((lines / 3))
 echo "target: each filter under 3 s (>= $target_rate lines/s)"
 filters=(

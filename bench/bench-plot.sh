@@ -10,34 +10,8 @@ source "$(dirname "$0")/bench-common.inc"
 
 target_rate=3000000
 target_mb=300
-lines=1000000
 
-cli="$build/src/cli/zemtra-cli"
-if [ ! -x "$cli" ]; then
-  echo "zemtra-cli not built in $build"
-  exit 1
-fi
-if ! "$cli" plot --help >/dev/null 2>&1; then
-  echo "plot subcommand not available yet"
-  exit 0
-fi
-if [ ! -x /usr/bin/time ]; then
-  echo "/usr/bin/time is missing (package \"time\"; scripts/install-deps installs it)"
-  exit 1
-fi
-
-gen=$(bench_tool gen-programs "$top/bench/gen-programs.cpp")
-generate_program surfacing $lines "$out/surfacing-1m.nc"
-generate_program profile $lines "$out/profile-1m.nc"
-
-# The default machine configuration from a fresh copy of the source data, so the user's own
-# folder is neither read nor changed.
-home="$out/home"
-rm -rf "$home"
-cp -r "$top/data" "$home"
-export ZEMTRA_HOME="$home"
-
-echo "load average: $(cut -d' ' -f1-3 /proc/loadavg) on $(nproc) cores"
+prepare_cli_bench plot
 echo "target: >= $target_rate lines/s, < $target_mb MB peak"
 run_timed "surfacing 1M lines, summary" $lines -- "$cli" plot "$out/surfacing-1m.nc"
 run_timed "surfacing 1M lines, --json" $lines -- "$cli" plot "$out/surfacing-1m.nc" --json

@@ -162,42 +162,42 @@ bool UndoHistory::Undo(int levels) {
   if (!document_ || !tracking_) return false;
   Snapshot();  // pending typing is a step of its own
   if (undoStack_.size() < 2 || levels < 1) return false;
-  levels = std::min(levels, static_cast<int>(undoStack_.size()) - 1);
-  tracking_ = false;  // the edits below are no steps
-  const UndoElement* last = nullptr;
-  bool fits = true;
-  for (int level = 0; level < levels && fits; ++level) {
-    UndoElement& element = undoStack_.back();
-    fits = ApplyStep(element, element.TextBlock_AfterChange, element.TextBlock_BeforeChange);
-    if (!fits) break;
-    redoStack_.push_back(std::move(element));
-    undoStack_.pop_back();
-    last = &redoStack_.back();
-  }
-  if (last) {
-    RestoreView(last->SelStart_BeforeChange, last->SelLength_BeforeChange, last->FirstVisibleLine);
-  }
-  return FinishStepping(last != nullptr, fits);
+  return MoveSteps(undoStack_, redoStack_,
+                   std::min(levels, static_cast<int>(undoStack_.size()) - 1), true);
 }
 
 bool UndoHistory::Redo(int levels) {
   if (!document_ || !tracking_) return false;
   if (changed_) Snapshot();  // an edit since the last step ends redo
   if (redoStack_.empty() || levels < 1) return false;
-  levels = std::min(levels, static_cast<int>(redoStack_.size()));
-  tracking_ = false;
+  return MoveSteps(redoStack_, undoStack_, std::min(levels, static_cast<int>(redoStack_.size())),
+                   false);
+}
+
+bool UndoHistory::MoveSteps(std::vector<UndoElement>& from, std::vector<UndoElement>& to,
+                            int levels, bool undoing) {
+  tracking_ = false;  // the edits below are no steps
   const UndoElement* last = nullptr;
   bool fits = true;
-  for (int level = 0; level < levels && fits; ++level) {
-    UndoElement& element = redoStack_.back();
-    fits = ApplyStep(element, element.TextBlock_BeforeChange, element.TextBlock_AfterChange);
+  for (int level = 0; level < levels; ++level) {
+    UndoElement& element = from.back();
+    const std::string& present =
+        undoing ? element.TextBlock_AfterChange : element.TextBlock_BeforeChange;
+    const std::string& wanted =
+        undoing ? element.TextBlock_BeforeChange : element.TextBlock_AfterChange;
+    fits = ApplyStep(element, present, wanted);
     if (!fits) break;
-    undoStack_.push_back(std::move(element));
-    redoStack_.pop_back();
-    last = &undoStack_.back();
+    to.push_back(std::move(element));
+    from.pop_back();
+    last = &to.back();
   }
   if (last) {
-    RestoreView(last->SelStart_AfterChange, last->SelLength_AfterChange, last->FirstVisibleLine);
+    if (undoing) {
+      RestoreView(last->SelStart_BeforeChange, last->SelLength_BeforeChange,
+                  last->FirstVisibleLine);
+    } else {
+      RestoreView(last->SelStart_AfterChange, last->SelLength_AfterChange, last->FirstVisibleLine);
+    }
   }
   return FinishStepping(last != nullptr, fits);
 }

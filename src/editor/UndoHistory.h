@@ -120,6 +120,10 @@ class UndoHistory : private DocumentObserver {
   // the document and in lastText_. False when the text does not fit the step.
   bool ApplyStep(const UndoElement& element, const std::string& present, const std::string& block);
   void RestoreView(std::size_t selStart, std::size_t selLength, int firstVisibleLine);
+  // Applies up to `levels` steps taken from the back of `from`, moving each to `to`; `undoing`
+  // says which side of a step is the present text. Ends with FinishStepping.
+  bool MoveSteps(std::vector<UndoElement>& from, std::vector<UndoElement>& to, int levels,
+                 bool undoing);
   // Ends an undo or redo: recording on again, the document modified when a step was applied.
   bool FinishStepping(bool stepped, bool fits);
   // Makes the present text the base state without any step.
