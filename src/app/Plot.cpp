@@ -24,6 +24,7 @@
 
 #include "app/CommandLine.h"
 #include "app/DocumentCommands.h"
+#include "app/Features.h"
 #include "app/OptionsDialog.h"
 #include "app/PictureBox.h"
 #include "app/PlotActions.h"
@@ -77,6 +78,7 @@ Plot::Plot(PlotEnvironment environment, QWidget* parent)
   ConnectPlotCommands();
   ConnectOptionCommands();
   ConnectTimers();
+  InstallFeatures(*this);
   SetCaption("");
 }
 

@@ -195,6 +195,7 @@ QMenu* PlotActions::AddMenu(QMainWindow& window, const char* name, const char* c
                             std::initializer_list<const char*> entries) {
   QMenu* menu = window.menuBar()->addMenu(QString::fromUtf8(caption));
   menu->setObjectName(name);
+  menus_.insert(name, menu);
   for (const char* entry : entries) {
     if (*entry == '\0') {
       menu->addSeparator();
@@ -250,8 +251,14 @@ void PlotActions::CreateMenus(QMainWindow& window) {
   for (int i = 0; i <= 7; ++i) axisLines->addAction(AxisLinesAction(i));
   AddMenu(window, "mnuPlotMenu", "&Plot",
           {"mnuPlot", "", "mnuAutoRefresh", "mnuBlockSkip", "mnuAbsArc"});
-  QMenu* options = window.menuBar()->addMenu("&Options");
-  options->setObjectName("mnuOptions");
+  // Filled by the command sets of the window's features.
+  AddMenu(window, "mnuFormat", "F&ormat", {});
+  AddMenu(window, "mnuTranslate", "&Translate", {});
+  AddMenu(window, "mnuTools", "T&ools", {});
+  AddMenu(window, "mnuDXF", "&DXF", {});
+  AddMenu(window, "mnuDNC", "&Communication", {});
+  AddMenu(window, "mnuScripts", "&Scripts", {});
+  QMenu* options = AddMenu(window, "mnuOptions", "&Options", {});
   configMenu_ = options->addMenu("Machine &Configuration");
   configMenu_->setObjectName("mnuConfig");
   options->addAction(Find("mnuPreferences"));
@@ -259,6 +266,7 @@ void PlotActions::CreateMenus(QMainWindow& window) {
   QMenu* precision = options->addMenu("&Display Precision");
   precision->setObjectName("mnuToolsPrecision");
   for (int digits = 3; digits <= 6; ++digits) precision->addAction(PrecisionAction(digits));
+  menus_.insert("mnuConfig", configMenu_);
   AddMenu(window, "mnuHelp", "&Help", {"mnuHelpManual", "", "mnuAbout"});
 }
 
@@ -289,6 +297,28 @@ void PlotActions::CreateToolBars(QMainWindow& window) {
     openButton_->setMenu(recentMenu_);
     openButton_->setPopupMode(QToolButton::MenuButtonPopup);
   }
+}
+
+QMenu* PlotActions::Menu(const QString& name) const {
+  return menus_.value(name, nullptr);
+}
+
+QAction* PlotActions::AddCommand(QMenu* menu, const char* name, const char* caption,
+                                 const char* shortcut, bool checkable) {
+  auto* action = new QAction(QString::fromUtf8(caption), menu);
+  action->setObjectName(name);
+  action->setCheckable(checkable);
+  if (*shortcut != '\0') action->setShortcut(QKeySequence(QString(shortcut)));
+  menu->addAction(action);
+  actions_.insert(name, action);
+  return action;
+}
+
+QMenu* PlotActions::AddSubmenu(QMenu* menu, const char* name, const char* caption) {
+  QMenu* submenu = menu->addMenu(QString::fromUtf8(caption));
+  submenu->setObjectName(name);
+  menus_.insert(name, submenu);
+  return submenu;
 }
 
 QAction* PlotActions::Find(const QString& name) const {

@@ -34,6 +34,16 @@ class PlotActions {
   const QList<QToolBar*>& ToolBars() const { return toolBars_; }
   QToolBar* ToolBar(const QString& name) const;
 
+  // A top-level menu by control name (mnuFile, mnuEdit, mnuView, mnuPlotMenu, mnuFormat,
+  // mnuTranslate, mnuTools, mnuDXF, mnuDNC, mnuScripts, mnuOptions, mnuHelp); nullptr if unknown.
+  QMenu* Menu(const QString& name) const;
+  // Creates action `name` with `caption` (and an optional portable shortcut text such as
+  // "Ctrl+R") at the end of `menu`, which may be a submenu; the action is then found by Find.
+  QAction* AddCommand(QMenu* menu, const char* name, const char* caption,
+                      const char* shortcut = "", bool checkable = false);
+  // A submenu `name` with `caption` at the end of `menu`.
+  QMenu* AddSubmenu(QMenu* menu, const char* name, const char* caption);
+
   // The view actions by view number 0 to 11 (6 and 7 share mnuViewISO).
   QAction* ViewAction(int view) const;
   // Axis line choices 0 to 7 and display precisions 3 to 6.
@@ -48,6 +58,7 @@ class PlotActions {
                  std::initializer_list<const char*> entries);
 
   QHash<QString, QAction*> actions_;
+  QHash<QString, QMenu*> menus_;
   QMenu* recentMenu_ = nullptr;
   QMenu* configMenu_ = nullptr;
   QToolButton* openButton_ = nullptr;

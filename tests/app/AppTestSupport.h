@@ -61,13 +61,7 @@ class StartedPlot {
   StartUp::Outcome outcome_;
 };
 
-// Builds the objects of each test class of the suite (one per source file).
-std::vector<std::unique_ptr<QObject>> MakeCommandLineTests();
-std::vector<std::unique_ptr<QObject>> MakeSettingsTests();
-std::vector<std::unique_ptr<QObject>> MakeDocumentTests();
-std::vector<std::unique_ptr<QObject>> MakeInstanceTests();
-std::vector<std::unique_ptr<QObject>> MakeViewportTests();
-std::vector<std::unique_ptr<QObject>> MakeTextViewTests();
-std::vector<std::unique_ptr<QObject>> MakeCommandsTests();
+// The test classes of one test program (each *Test.cpp file is a program of its own).
+std::vector<std::unique_ptr<QObject>> MakeTests();
 
 }  // namespace zemtra::test

@@ -104,7 +104,7 @@ class CommandLineTest : public QObject {
   }
 };
 
-std::vector<std::unique_ptr<QObject>> MakeCommandLineTests() {
+std::vector<std::unique_ptr<QObject>> MakeTests() {
   std::vector<std::unique_ptr<QObject>> tests;
   tests.push_back(std::make_unique<CommandLineTest>());
   return tests;

@@ -141,7 +141,7 @@ class CommandsTest : public QObject {
   }
 };
 
-std::vector<std::unique_ptr<QObject>> MakeCommandsTests() {
+std::vector<std::unique_ptr<QObject>> MakeTests() {
   std::vector<std::unique_ptr<QObject>> tests;
   tests.push_back(std::make_unique<CommandsTest>());
   return tests;

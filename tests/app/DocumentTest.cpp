@@ -296,7 +296,7 @@ class DocumentTest : public QObject {
   }
 };
 
-std::vector<std::unique_ptr<QObject>> MakeDocumentTests() {
+std::vector<std::unique_ptr<QObject>> MakeTests() {
   std::vector<std::unique_ptr<QObject>> tests;
   tests.push_back(std::make_unique<DocumentTest>());
   return tests;

@@ -103,7 +103,7 @@ class InstanceTest : public QObject {
   }
 };
 
-std::vector<std::unique_ptr<QObject>> MakeInstanceTests() {
+std::vector<std::unique_ptr<QObject>> MakeTests() {
   std::vector<std::unique_ptr<QObject>> tests;
   tests.push_back(std::make_unique<InstanceTest>());
   return tests;

@@ -203,7 +203,7 @@ class SettingsTest : public QObject {
   }
 };
 
-std::vector<std::unique_ptr<QObject>> MakeSettingsTests() {
+std::vector<std::unique_ptr<QObject>> MakeTests() {
   std::vector<std::unique_ptr<QObject>> tests;
   tests.push_back(std::make_unique<SettingsTest>());
   return tests;

@@ -128,7 +128,7 @@ class ViewportTest : public QObject {
   }
 };
 
-std::vector<std::unique_ptr<QObject>> MakeViewportTests() {
+std::vector<std::unique_ptr<QObject>> MakeTests() {
   std::vector<std::unique_ptr<QObject>> tests;
   tests.push_back(std::make_unique<ViewportTest>());
   return tests;
