@@ -12,6 +12,9 @@ namespace {
 
 constexpr double kFullCircleDistance = 0.001;
 constexpr double kDefaultArcTolerance = 0.002;
+// Most chords one arc is broken into; an arc that would need more (a huge radius at a fine
+// tolerance) stays as it is, as an arc that cannot be broken does.
+constexpr double kMaxBreakChords = 100000;
 
 std::size_t Slot(char letter) {
   return static_cast<std::size_t>(letter - 64);
@@ -41,10 +44,6 @@ PlaneAxes AxesOf(int plane) {
     default:
       return {0, 1, 2};
   }
-}
-
-bool IsArcMotion(const TrackedBlock& block) {
-  return block.Motion() == 2 || block.Motion() == 3;
 }
 
 }  // namespace
@@ -92,7 +91,7 @@ std::optional<BlockArc> FilterSession::ArcOfBlock() const {
 std::string FilterSession::ArcRToCenter(std::string_view line) {
   if (!tracker_.TrackBlock(line)) return std::string(line);
   const TrackedBlock& block = tracker_.Block();
-  if (!IsArcMotion(block) || !block.Has('R')) return std::string(line);
+  if (!block.ArcMotion() || !block.Has('R')) return std::string(line);
   const auto arc = ArcOfBlock();
   if (!arc) {
     ++failedArcs_;
@@ -116,7 +115,7 @@ std::string FilterSession::ArcRToCenter(std::string_view line) {
 std::string FilterSession::ArcCenterToR(std::string_view line) {
   if (!tracker_.TrackBlock(line)) return std::string(line);
   const TrackedBlock& block = tracker_.Block();
-  if (!IsArcMotion(block) || !(block.Has('I') || block.Has('J') || block.Has('K')))
+  if (!block.ArcMotion() || !(block.Has('I') || block.Has('J') || block.Has('K')))
     return std::string(line);
   const auto arc = ArcOfBlock();
   if (!arc || Dist3(arc->Start, arc->End) < kFullCircleDistance) {
@@ -142,7 +141,7 @@ std::string FilterSession::ArcCenterToR(std::string_view line) {
 std::string FilterSession::ArcCentersConvert(std::string_view line, bool toAbsolute) {
   if (!tracker_.TrackBlock(line)) return std::string(line);
   const TrackedBlock& block = tracker_.Block();
-  if (!IsArcMotion(block) || !(block.Has('I') || block.Has('J') || block.Has('K')))
+  if (!block.ArcMotion() || !(block.Has('I') || block.Has('J') || block.Has('K')))
     return std::string(line);
   const auto arc = ArcOfBlock();
   if (!arc) {
@@ -162,7 +161,7 @@ std::string FilterSession::ArcCentersConvert(std::string_view line, bool toAbsol
 std::string FilterSession::BreakArc(std::string_view line) {
   if (!tracker_.TrackBlock(line)) return std::string(line);
   const TrackedBlock& block = tracker_.Block();
-  if (!IsArcMotion(block)) return std::string(line);
+  if (!block.ArcMotion()) return std::string(line);
   const auto arc = ArcOfBlock();
   if (!arc) return std::string(line);
   const double r = arc->Radius;
@@ -170,6 +169,7 @@ std::string FilterSession::BreakArc(std::string_view line) {
   const double tolerance = parameters_.BreakTolerance > 0 ? parameters_.BreakTolerance : 0.001;
   double step = 2 * std::acos((r - tolerance) / r);
   if (!(step > 0) || step > sweep) step = sweep;
+  if (sweep / step > kMaxBreakChords) return std::string(line);
   const int count = std::max(1, static_cast<int>(std::ceil(sweep / step - 1e-9)));
   step = sweep / count;
   const PlaneAxes axes = AxesOf(arc->Plane);

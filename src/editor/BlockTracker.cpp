@@ -98,11 +98,14 @@ bool BlockTracker::ReadAddresses(const std::string& cleaned) {
   return true;
 }
 
-// One value by the expression scanner; false when it cannot be read or evaluated.
+// One value by the expression scanner; false when it cannot be read or evaluated. A value that
+// reads a macro variable cannot be evaluated here: a text filter knows no variable values, and
+// rewriting such a word would replace the user's expression by a number.
 bool BlockTracker::ReadValue(const std::string& cleaned, int& position, std::string& valueText,
                              double& value) {
   try {
     if (evaluator_.ScanValue(cleaned, position, valueText) != 0 || valueText.empty()) return false;
+    if (valueText.find('#') != std::string::npos) return false;
     bool isEmpty = false;
     int error = 0;
     value = evaluator_.EvaluateValue(isEmpty, error);

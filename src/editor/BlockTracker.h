@@ -29,6 +29,8 @@ struct TrackedBlock {
   bool Has(char letter) const { return Position[static_cast<std::size_t>(letter - 64)] > 0; }
   double Get(char letter) const { return Value[static_cast<std::size_t>(letter - 64)]; }
   int Motion() const { return static_cast<int>(ModalG[1]); }
+  // An arc move: G2 or G3 in force and no canned cycle, whose positions are hole positions.
+  bool ArcMotion() const { return (Motion() == 2 || Motion() == 3) && ModalG[9] == 80; }
   bool NonModal() const { return ModalG[0] > 0; }
 };
 

@@ -22,6 +22,13 @@ Point ToArray(const GeoPoint& p) {
   return {p.X, p.Y, p.Z};
 }
 
+bool HasAnyWord(const TrackedBlock& block, std::string_view letters) {
+  for (char letter : letters) {
+    if (block.Has(letter)) return true;
+  }
+  return false;
+}
+
 }  // namespace
 
 // What a translation rewrites.
@@ -42,8 +49,9 @@ std::string FilterSession::TranslateBlock(std::string_view line, const Translati
   if (!tracker_.TrackBlock(line)) return std::string(line);
   const TrackedBlock& block = tracker_.Block();
   if (block.NonModal()) return std::string(line);
-  const bool arcMotion = block.Motion() == 2 || block.Motion() == 3;
-  if (!arcMotion && !block.Has('X') && !block.Has('Y') && !block.Has('Z')) return std::string(line);
+  // A block without axis or arc words makes no move, whatever motion is in force.
+  const bool arcMotion = block.ArcMotion() && HasAnyWord(block, "XYZIJKR");
+  if (!arcMotion && !HasAnyWord(block, "XYZ")) return std::string(line);
   std::optional<BlockArc> arc;
   if (arcMotion) {
     arc = ArcOfBlock();
@@ -145,7 +153,7 @@ std::string FilterSession::ScaleBlock(std::string_view line) {
     return point;
   };
   const auto radiusAndFeed = [&p](const TrackedBlock& block, NewWords& words) {
-    const bool arc = block.Motion() == 2 || block.Motion() == 3;
+    const bool arc = block.ArcMotion();
     if (arc && block.Has('R')) words[Slot('R')] = block.Get('R') * p.SclFactor;
     if (block.Has('F') && p.FeedFactor != 1) words[Slot('F')] = block.Get('F') * p.FeedFactor;
   };

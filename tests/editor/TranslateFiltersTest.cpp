@@ -81,6 +81,22 @@ TEST(Translate, RewritesInTheDisplayPrecision) {
   EXPECT_EQ(run.Translate(TranslateCode::kShift, {"X0.23456"}), (Lines{"X1.23456"}));
 }
 
+TEST(Translate, KeepsWordsThatReadVariables) {
+  FilterRunner run;
+  run.parameters.SclFactor = 2;
+  EXPECT_EQ(run.Translate(TranslateCode::kScale, {"g0 z#3", "G1 X[#1 + #6] Y2."}),
+            (Lines{"g0 z#3", "G1 X[#1 + #6] Y4.0"}));
+}
+
+TEST(Translate, CycleHolesAfterAnArcAreNotArcs) {
+  FilterRunner run;
+  run.parameters.SclFactor = 2;
+  EXPECT_EQ(run.Translate(TranslateCode::kScale,
+                          {"G0 X2 Y1", "G3 X2.5 Y1.5 R0.5", "G81 X3. Y1. Z-1. R0.1", "G80"}),
+            (Lines{"G0 X4.0 Y2.0", "G3 X5.0 Y3.0 R1.0", "G81 X6.0 Y2.0 Z-2.0 R0.1", "G80"}));
+  EXPECT_EQ(run.failedArcs, 0);
+}
+
 TEST(Translate, ArcsWithoutAKnownStartAreCountedAndKept) {
   FilterRunner run;
   run.parameters.Shift = {1, 0, 0};
