@@ -10,6 +10,7 @@
 #include <array>
 
 #include "view/DrawSettings.h"
+#include "view/Picking.h"
 #include "view/Viewport.h"
 
 namespace zemtra {
@@ -43,6 +44,9 @@ QString ToQString(std::string_view text) {
 }
 
 constexpr int kResizeDelayMs = 60;
+// A right press released within this time and distance is a click, not a drag.
+constexpr qint64 kRightClickMs = 250;
+constexpr double kRightClickPixels = 4;
 
 }  // namespace
 
@@ -252,6 +256,14 @@ bool PictureBox::StartDrag(QMouseEvent* event) {
     drag_ = Drag::ZoomWindow;
     return true;
   }
+  if (button == Qt::LeftButton && pickMode_) {
+    emit pickPressed();
+    return false;
+  }
+  if (button == Qt::LeftButton && !panArmed_) {
+    drag_ = Drag::Box;
+    return true;
+  }
   const bool panButton = button == Qt::MiddleButton || (button == Qt::LeftButton && panArmed_);
   const bool rotate = button == Qt::RightButton && viewport_->View.IsIso() &&
                       !(keys & (Qt::ShiftModifier | Qt::AltModifier));
@@ -273,6 +285,7 @@ bool PictureBox::StartDrag(QMouseEvent* event) {
 void PictureBox::mousePressEvent(QMouseEvent* event) {
   if (pointerBlocked_ || viewport_ == nullptr || drag_ != Drag::None) return;
   dragStart_ = event->position();
+  if (event->button() == Qt::RightButton) rightPress_.start();
   if (StartDrag(event)) viewport_->PointerPressed = true;
 }
 
@@ -286,6 +299,11 @@ void PictureBox::mouseMoveEvent(QMouseEvent* event) {
       viewport_->RotateTo(u, v, event->modifiers() & Qt::ShiftModifier);
     }
     if (drag_ == Drag::ZoomWindow) DrawZoomBox(event->position());
+    if (drag_ == Drag::Box) DrawSelectionBox(event->position());
+  } else if (!pointerBlocked_ && pickMode_ && event->buttons() == Qt::NoButton) {
+    double u = 0, v = 0;
+    ViewPoint(event->position(), u, v);
+    emit pointerHovered(u, v);
   }
   ShowPosition(event->position());
 }
@@ -295,6 +313,10 @@ void PictureBox::mouseReleaseEvent(QMouseEvent* event) {
   const Drag ended = drag_;
   drag_ = Drag::None;
   viewport_->PointerPressed = false;
+  if (ended == Drag::Box) {
+    EndSelectionBox(event);
+    return;
+  }
   if (ended == Drag::ZoomWindow) {
     SetLayer(SurfaceLayer::Overlay);
     Clear(viewport_->Colors.Background);
@@ -311,6 +333,12 @@ void PictureBox::mouseReleaseEvent(QMouseEvent* event) {
   }
   setCursor(Qt::ArrowCursor);
   emit dragMessage("");
+  const QPointF moved = event->position() - dragStart_;
+  if (event->button() == Qt::RightButton && rightPress_.isValid() &&
+      rightPress_.elapsed() < kRightClickMs && qAbs(moved.x()) <= kRightClickPixels &&
+      qAbs(moved.y()) <= kRightClickPixels) {
+    emit contextMenuRequested(event->globalPosition().toPoint());
+  }
 }
 
 void PictureBox::DrawZoomBox(const QPointF& to) {
@@ -324,6 +352,40 @@ void PictureBox::DrawZoomBox(const QPointF& to) {
   Present();
 }
 
+// The rubber box of a selection: dotted while the pointer is at or left of the start, which
+// tells that the release will take everything the box touches.
+void PictureBox::DrawSelectionBox(const QPointF& to) {
+  SetLayer(SurfaceLayer::Overlay);
+  Clear(viewport_->Colors.Background);
+  const LineStyle style = to.x() <= dragStart_.x() ? LineStyle::Dot : LineStyle::Solid;
+  Rectangle(PixelPoint{static_cast<float>(dragStart_.x()), static_cast<float>(dragStart_.y())},
+            PixelPoint{static_cast<float>(to.x()), static_cast<float>(to.y())},
+            SurfacePen{viewport_->Colors.Selected, 1, style});
+  SetLayer(SurfaceLayer::Retained);
+  Present();
+}
+
+// Takes the rubber box off the overlay (the marker is all that stays there).
+void PictureBox::ClearOverlay() {
+  viewport_->DrawMarker();
+  Present();
+}
+
+void PictureBox::EndSelectionBox(QMouseEvent* event) {
+  ClearOverlay();
+  double startU = 0, startV = 0, u = 0, v = 0;
+  ViewPoint(dragStart_, startU, startV);
+  ViewPoint(event->position(), u, v);
+  const Qt::KeyboardModifiers keys = event->modifiers();
+  const bool shift = keys & Qt::ShiftModifier;
+  const bool control = keys & Qt::ControlModifier;
+  if (IsSelectionBox(startU, startV, u, v, viewport_->View.UnitsPerPixel)) {
+    emit boxSelected(startU, startV, u, v, shift);
+  } else if (!(shift && control)) {
+    emit clicked(u, v, control ? 2 : shift ? 1 : 0);
+  }
+}
+
 void PictureBox::wheelEvent(QWheelEvent* event) {
   const int delta = event->angleDelta().y();
   if (viewport_ == nullptr || pointerBlocked_ || delta == 0) return;
@@ -333,8 +395,12 @@ void PictureBox::wheelEvent(QWheelEvent* event) {
 }
 
 void PictureBox::keyPressEvent(QKeyEvent* event) {
+  if (event->key() == Qt::Key_Delete && (event->modifiers() & ~Qt::KeypadModifier) == 0) {
+    emit deletePressed();
+    return;
+  }
   const QString text = event->text().toUpper();
-  if (text.size() == 1 && QStringLiteral("XCVZAP").contains(text[0]) &&
+  if (text.size() == 1 && QStringLiteral("XCVZAPSBFM").contains(text[0]) &&
       !(event->modifiers() & (Qt::ControlModifier | Qt::AltModifier))) {
     emit keyCommand(text[0]);
     return;

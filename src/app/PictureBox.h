@@ -3,6 +3,7 @@
 // size, which the viewport's painter draws on through the Surface interface. The widget shows
 // the two images and turns the pointer into the viewport's commands: wheel zoom, pan and
 // isometric rotation by dragging, the zoom window, and the position in the status bar.
+#include <QElapsedTimer>
 #include <QImage>
 #include <QPainter>
 #include <QWidget>
@@ -47,6 +48,11 @@ class PictureBox : public QWidget, public Surface {
   void SetZoomWindowArmed(bool armed);
   bool ZoomWindowArmed() const { return zoomWindowArmed_; }
 
+  // Point-to-point measuring: the pointer's moves report pointerHovered, a left press
+  // pickPressed, and no selection box is drawn.
+  void SetPickMode(bool on) { pickMode_ = on; }
+  bool PickMode() const { return pickMode_; }
+
   // Ignores the pointer (a plot is being computed).
   void SetPointerBlocked(bool blocked) { pointerBlocked_ = blocked; }
 
@@ -58,8 +64,20 @@ class PictureBox : public QWidget, public Surface {
   void positionChanged(const QString& text);
   // Text for the status panel "msg" while a drag runs ("" when it ends).
   void dragMessage(const QString& text);
-  // A viewport key command ("X", "C", "V", "Z", "A", "P") was typed.
+  // A viewport key command ("X", "C", "V", "Z", "A", "P", "S", "B", "F", "M") was typed.
   void keyCommand(QChar key);
+  // The Delete key without a modifier.
+  void deletePressed();
+  // A left click that was no drag, at view point (u, v): mode 0 plain, 1 Shift, 2 Ctrl.
+  void clicked(double u, double v, int mode);
+  // A left drag of more than the pick radius, between view points; `shift` adds to the selection.
+  void boxSelected(double startU, double startV, double u, double v, bool shift);
+  // The pointer moved with no button held, while measuring.
+  void pointerHovered(double u, double v);
+  // A left press while measuring.
+  void pickPressed();
+  // A right click that was no drag, at `globalPosition` (the pop-up menu's place).
+  void contextMenuRequested(const QPoint& globalPosition);
 
  protected:
   void paintEvent(QPaintEvent* event) override;
@@ -71,7 +89,7 @@ class PictureBox : public QWidget, public Surface {
   void keyPressEvent(QKeyEvent* event) override;
 
  private:
-  enum class Drag { None, Pan, Rotate, ZoomWindow };
+  enum class Drag { None, Pan, Rotate, ZoomWindow, Box };
 
   QImage& CurrentImage();
   QPainter& PainterFor(QImage& image);
@@ -81,6 +99,9 @@ class PictureBox : public QWidget, public Surface {
   void ViewPoint(const QPointF& pixel, double& u, double& v) const;
   void ShowPosition(const QPointF& pixel);
   void DrawZoomBox(const QPointF& to);
+  void DrawSelectionBox(const QPointF& to);
+  void ClearOverlay();
+  void EndSelectionBox(QMouseEvent* event);
   bool StartDrag(QMouseEvent* event);
 
   Viewport* viewport_ = nullptr;
@@ -96,6 +117,8 @@ class PictureBox : public QWidget, public Surface {
   QPointF dragStart_;
   bool panArmed_ = false;
   bool zoomWindowArmed_ = false;
+  bool pickMode_ = false;
+  QElapsedTimer rightPress_;  // tells a right click from a right drag
   bool pointerBlocked_ = false;
   bool sized_ = false;  // the widget has had its first real size
 };
