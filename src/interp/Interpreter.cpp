@@ -45,6 +45,7 @@ Interpreter::Interpreter(const MachineConfig& config, VariableStore& variables,
 
 void Interpreter::SetProgram(const ProgramText& program) {
   mainProgram_ = &program;
+  rawLine_ = {};  // the last line read belonged to the text before
   ClearFrames();
 }
 

@@ -99,6 +99,8 @@ class Interpreter {
   const CallStack& Calls() const { return calls_; }
   // Text of the macro message (#3000) last shown.
   const std::string& MacroMessageText() const { return statements_.MacroMessageText(); }
+  // The line last read, as written; valid while its program text lives (the run).
+  std::string_view LastLine() const { return rawLine_; }
 
   // Resets the modal state, address tables, offsets, frames and counters and decodes the
   // configuration's Initial State. Called before every run.

@@ -80,6 +80,7 @@ void PlotDriver::GCodeToGeometry(const ProgramText& program) {
 
 // Steps before the first block: interpreter, table, counters and totals.
 void PlotDriver::StartPlot(const ProgramText& program) {
+  ++runNumber_;
   interpreter_.SetProgram(program);
   interpreter_.QuietPlot = QuietPlot;
   interpreter_.InitInterpreter();
@@ -104,7 +105,6 @@ void PlotDriver::StartPlot(const ProgramText& program) {
 // turned by an active rotation. Arcs that follow are computed from a start that holds the
 // work offset.
 bool PlotDriver::RunStartLoop() {
-  Interpreter& in = interpreter_;
   for (;;) {
     const int result = NextBlock();
     if (result == Interpreter::kStop) return false;
@@ -113,13 +113,18 @@ bool PlotDriver::RunStartLoop() {
       if (PlotCancel) return false;
       continue;
     }
-    const GeoPoint end = in.MotionCode <= 1 ? in.LineMove.End : in.ArcMove.End;
-    const GeoPoint start = Add(end, in.WorkOffset);
-    table_.Current().StartPoint =
-        in.ModalG[16] == 68 ? RotatePoint(start, in.RotationCenter, in.RotationAngle) : start;
-    in.LineMove.Start = in.ArcMove.Start = in.ArcMove.Center = start;
+    PlaceStart();
     return true;
   }
+}
+
+void PlotDriver::PlaceStart() {
+  Interpreter& in = interpreter_;
+  const GeoPoint end = in.MotionCode <= 1 ? in.LineMove.End : in.ArcMove.End;
+  const GeoPoint start = Add(end, in.WorkOffset);
+  table_.Current().StartPoint =
+      in.ModalG[16] == 68 ? RotatePoint(start, in.RotationCenter, in.RotationAngle) : start;
+  in.LineMove.Start = in.ArcMove.Start = in.ArcMove.Center = start;
 }
 
 void PlotDriver::RunMainLoop() {
@@ -136,13 +141,46 @@ void PlotDriver::RunMainLoop() {
       if (PlotCancel) return;
       continue;
     }
-    StoreMotion();
-    RunSpecialMoves();
-    const GeoPoint end = in.MotionCode <= 1 ? in.LineMove.End : in.ArcMove.End;
-    in.LineMove.Start = in.ArcMove.Start = in.ArcMove.Center = end;
+    TakeMotion();
     CheckProgress();
     if (PlotCancel) return;
   }
+}
+
+// A motion after the first: stored, its special moves added, and its end the next start.
+void PlotDriver::TakeMotion() {
+  Interpreter& in = interpreter_;
+  StoreMotion();
+  RunSpecialMoves();
+  const GeoPoint end = in.MotionCode <= 1 ? in.LineMove.End : in.ArcMove.End;
+  in.LineMove.Start = in.ArcMove.Start = in.ArcMove.Center = end;
+}
+
+bool PlotDriver::BeginStepping(const ProgramText& program) {
+  if (PlotBusy || PlotBlocked) return false;
+  started_ = lastProgress_ = Clock::now();
+  Failed = false;
+  StartPlot(program);
+  startPlaced_ = false;
+  return true;
+}
+
+int PlotDriver::StepBlock() {
+  if (PlotBusy) return Interpreter::kStop;
+  const int result = NextBlock();
+  if (result == Interpreter::kMotion) {
+    if (startPlaced_) {
+      TakeMotion();
+    } else {
+      PlaceStart();
+      startPlaced_ = true;
+    }
+  }
+  if (result == Interpreter::kStop || PlotCancel) {
+    EndTable();
+    return Interpreter::kStop;
+  }
+  return result;
 }
 
 // One block through the interpreter, unless the block limit is reached.
@@ -163,7 +201,7 @@ std::int32_t PlotDriver::EntityCount() const {
   return Failed ? table_.GeoIndex - 1 : table_.HighestIndex();
 }
 
-void PlotDriver::EndPlot() {
+void PlotDriver::EndTable() {
   interpreter_.FlushVariables();
   table_.End();
   if (table_.GeoLast > 0) {
@@ -172,6 +210,10 @@ void PlotDriver::EndPlot() {
   } else {
     LastEndPoint = LastWorkOffset = GeoPoint{};
   }
+}
+
+void PlotDriver::EndPlot() {
+  EndTable();
   ElapsedSeconds = std::chrono::duration<double>(Clock::now() - started_).count();
   std::string text(kStatusElapsed);
   text.append(FormatNumberText(ElapsedSeconds, NumberFormat)).append(kStatusSeconds);

@@ -37,6 +37,18 @@ class PlotDriver {
   // GCodeToGeometry, then the extents of the table into GeoMin and GeoMax.
   void RefreshGeometry(const ProgramText& program);
 
+  // Block-by-block runs (macro stepping). BeginStepping does what a plot does before its loop
+  // (`program` must outlive the run); false while a plot runs or PlotBlocked is set. Each
+  // StepBlock runs one block and stores its motion as the plot would (the first motion only
+  // places the start of entity 1); it returns the interpreter's result, and on kStop (or after
+  // a warning's Cancel, also kStop) the table is ended as at the end of a plot. Throws what
+  // ExecuteBlock throws; the table is then left unended.
+  bool BeginStepping(const ProgramText& program);
+  int StepBlock();
+  // Runs begun so far, plots and stepping runs alike: a stepping run that sees another number
+  // than its own knows that a plot came in between and its state is gone.
+  std::uint64_t RunNumber() const { return runNumber_; }
+
   bool PlotBusy = false;    // a plot is running
   bool PlotCancel = false;  // stop after the current motion (Escape, a warning's Cancel)
   bool QuietPlot = false;   // show no message at all (automatic refresh)
@@ -69,6 +81,9 @@ class PlotDriver {
   void StartPlot(const ProgramText& program);
   bool RunStartLoop();
   void RunMainLoop();
+  void PlaceStart();
+  void TakeMotion();
+  void EndTable();
   void EndPlot();
   void ReportFailure(const char* description);
 
@@ -115,6 +130,8 @@ class PlotDriver {
   std::int64_t blocksRead_ = 0;
   std::size_t plotFileSize_ = 0;
   bool modalReported_ = false;
+  bool startPlaced_ = false;  // stepping: the first motion has placed the start
+  std::uint64_t runNumber_ = 0;
   double cornerRadius_ = 0;  // held for the next feed line; 0 when none
   double cornerChamfer_ = 0;
 };
