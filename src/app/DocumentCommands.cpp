@@ -85,7 +85,7 @@ QString OpenFileFilter(const std::string& configuredTypes) {
   const QStringList types = Extensions(configuredTypes);
   const QStringList standard = Extensions(kStandardTypes);
   const QString programs = Entry("CNC Program Files", types.isEmpty() ? standard : types);
-  return QtFilters({programs, "All Files (*)"});
+  return QtFilters({programs, Entry("DXF Drawing Files", {"dxf"}), "All Files (*)"});
 }
 
 QString RichTextFilter() {
@@ -128,9 +128,13 @@ void DocumentCommands::ShowFileMissing(const std::string& path) {
       Prompt{"File does not exist:\r\n" + path, kTitle, MsgIcon::Exclamation, MsgButtons::Ok});
 }
 
-// Drawings belong to the DXF workbench, which this version does not have.
+// Drawings go to the DXF workbench through the drawing door.
 bool DocumentCommands::IsDrawing(const std::string& path) {
   if (!EndsWithNoCase(path, "DXF")) return false;
+  if (DrawingDoor) {
+    DrawingDoor(path);
+    return true;
+  }
   plot_.GetHost().ask(Prompt{"DXF drawings cannot be opened in this version of Zemtra:\r\n" + path,
                              kTitle, MsgIcon::Exclamation, MsgButtons::Ok});
   return true;
@@ -172,7 +176,7 @@ bool DocumentCommands::LoadSourceFile(const std::string& path) {
   view->SetSelection(0, 0);
   plot_.Panels().Set("edit", "");
   AddRecentFile(path);
-  plot_.ShowHeaderDirectives();
+  plot_.RunHeaderDirectives();
   plot_.StopAutoRefresh();
   plot_.RefreshEditState();
   return true;
@@ -214,9 +218,11 @@ void DocumentCommands::Close() {
   engine.Editor.CloseDocument();
   plot_.Panels().Set("edit", "");
   plot_.SetCaption("");
-  plot_.ShowHeaderDirectives();
-  engine.Table.Clear();
-  engine.View.RefreshGeometry(0);
+  plot_.RunHeaderDirectives();
+  if (!engine.View.DXFMode) {  // a drawing on show stays
+    engine.Table.Clear();
+    engine.View.RefreshGeometry(0);
+  }
   plot_.RefreshEditState();
 }
 

@@ -48,6 +48,9 @@ class DocumentCommands : public QObject, private DocumentObserver {
   ~DocumentCommands() override;
 
   FileDialogs Dialogs;
+  // Opens a drawing chosen in the Open dialog or named from outside (a name ending in "DXF");
+  // without it drawings are refused with a message.
+  std::function<void(const std::string& path)> DrawingDoor;
 
   // mnuLoad: the save prompt, the open dialog, then load (and plot when so set).
   void Open();
