@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <fstream>
 
+#include "core/AppFolder.h"
 #include "core/RecordingHost.h"
 #include "dnc/TransmitClock.h"
 #include "support/TestSupport.h"
@@ -153,6 +154,24 @@ TEST_F(DncFolder, BaudZeroLoadsTheConfigurationInForce) {
   missing.AppFolder = home_;
   EXPECT_FALSE(missing.EnsureComConfig(host_));
   EXPECT_EQ(host_.shown.size(), 1u);
+}
+
+// The configuration shipped with the program reaches a new application folder, reads as
+// 9600 8N1 with XON/XOFF, and is written as a save would write it.
+TEST_F(DncFolder, ShippedDefaultIsSeededIntoANewFolder) {
+  const fs::path folder = home_ / "new";
+  std::string error;
+  ASSERT_TRUE(SeedFolder(ShippedDataFolder(), folder, &error)) << error;
+  std::string name;
+  ComConfig config;
+  ASSERT_TRUE(LoadComConfig(name, config, folder, host_));
+  EXPECT_EQ(config.Port, "/dev/ttyUSB0");
+  EXPECT_EQ(config.Baud, 9600);
+  EXPECT_EQ(config.DataBits, 8);
+  EXPECT_EQ(config.Parity, "None");
+  EXPECT_EQ(config.StopBits, 0);
+  EXPECT_EQ(config.Handshaking, 1);
+  EXPECT_EQ(ComConfigText(config), test::ReadFileBytes(ComConfigPath(folder, name)));
 }
 
 TEST(TransmitClock, PausesAreNotCounted) {
