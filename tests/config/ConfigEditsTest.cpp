@@ -1,0 +1,126 @@
+#include <gtest/gtest.h>
+
+#include <map>
+
+#include "config/ConfigEdits.h"
+#include "config/ConfigTestFolder.h"
+#include "core/RecordingHost.h"
+#include "support/TestSupport.h"
+
+namespace zemtra {
+namespace {
+
+namespace fs = std::filesystem;
+using test::ConfigTestFolder;
+
+TEST(ConfigEdits, MacroGCodeIsAddedOnceAsTenTimesTheNumberTyped) {
+  MachineConfig record;
+  EXPECT_EQ(AddExternalMacro(record, "12"), 120);
+  EXPECT_EQ(AddExternalMacro(record, "12"), 0);
+  EXPECT_EQ(AddExternalMacro(record, "G37.1"), 371);
+  EXPECT_EQ(AddExternalMacro(record, "abc"), 0);
+  EXPECT_EQ(AddExternalMacro(record, "99999"), 0);  // beyond a 16-bit code
+  EXPECT_EQ(record.ExternalGCodeMacros, (std::vector<std::int16_t>{0, 120, 371}));
+  EXPECT_EQ(ExternalMacroCaption(120), "G120");
+  EXPECT_TRUE(RemoveExternalMacro(record, 120));
+  EXPECT_FALSE(RemoveExternalMacro(record, 120));
+  EXPECT_EQ(record.ExternalGCodeMacros, (std::vector<std::int16_t>{0, 371}));
+}
+
+TEST(ConfigEdits, ToolColoursAreAddedInsertedAndRemovedByToolNumber) {
+  MachineConfig record;
+  record.UnspecifiedToolColor = 7;
+  record.ToolColors = {7, 1, 2};
+  AddToolColor(record);        // 1 2 0
+  InsertToolColor(record, 2);  // 1 0 2 0
+  record.ToolColors[2] = 5;    // 1 5 2 0
+  EXPECT_TRUE(RemoveToolColor(record, 3));
+  EXPECT_FALSE(RemoveToolColor(record, 4));
+  EXPECT_EQ(record.ToolColors, (std::vector<ColorValue>{7, 1, 5, 0}));
+  EXPECT_EQ(ToolColorCaption(3), "03");
+  EXPECT_EQ(ToolColorCaption(123), "123");
+  EXPECT_EQ(NextTopViewOrientation(3), 0);
+  EXPECT_EQ(NextTopViewOrientation(1), 2);
+}
+
+class SaveAs : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    folder_.Write("CONFIG/mill.zmt", "[MACHINE]\r\n");
+    folder_.Write("CONFIG/mill/G810.PRG", "G810 body\r\nM99\r\n");
+    folder_.Write("CONFIG/mill/g830.prg", "G830 body\r\nM99\r\n");
+    folder_.Write("CONFIG/mill/notes.txt", "not a macro");
+    std::string path = (folder_.path() / "CONFIG/mill.zmt").string();
+    RecordingHost host;
+    ASSERT_TRUE(LoadConfig(path, record_, host, folder_.path()));
+  }
+  const VariableReader zeros_ = [](int) { return std::string("0"); };
+  ConfigTestFolder folder_;
+  MachineConfig record_;
+};
+
+TEST_F(SaveAs, NewNameGetsAMacroFolderWithCopiesOfTheMacros) {
+  const std::string path = (folder_.path() / "CONFIG/Big.Mill.zmt").string();
+  std::string error;
+  ASSERT_TRUE(SaveConfigAs(path, record_, zeros_, folder_.path(), &error)) << error;
+  EXPECT_EQ(test::ReadFileBytes(path), ConfigFileText(record_, zeros_));
+  const fs::path macros = folder_.path() / "CONFIG/Big";
+  EXPECT_EQ(test::ReadFileBytes(macros / "G810.PRG"), "G810 body\r\nM99\r\n");
+  EXPECT_TRUE(fs::exists(macros / "g830.prg"));
+  EXPECT_FALSE(fs::exists(macros / "notes.txt"));
+  EXPECT_EQ(record_.ConfigName, "Big.Mill");
+  EXPECT_EQ(record_.ConfigPath, path);
+}
+
+TEST_F(SaveAs, ExistingFileIsOnlyWritten) {
+  const std::string path = folder_.Write("CONFIG/other.zmt", "old");
+  ASSERT_TRUE(SaveConfigAs(path, record_, zeros_, folder_.path()));
+  EXPECT_EQ(test::ReadFileBytes(path), ConfigFileText(record_, zeros_));
+  EXPECT_FALSE(fs::exists(folder_.path() / "CONFIG/other"));
+}
+
+// The offsets a configuration carries, as the store holds them after it has been applied.
+VariableReader OffsetsOf(const MachineConfig& record) {
+  std::map<int, std::string> values;
+  for (const std::string& line : record.WorkOffsetText) {
+    for (std::size_t hash = line.find('#'); hash != std::string::npos;
+         hash = line.find('#', hash + 1)) {
+      const std::size_t equals = line.find('=', hash);
+      const std::size_t end = line.find(' ', equals);
+      values[std::stoi(line.substr(hash + 1, equals - hash - 1))] =
+          line.substr(equals + 1, end == std::string::npos ? end : end - equals - 1);
+    }
+  }
+  return [values](int number) {
+    const auto found = values.find(number);
+    return found == values.end() ? std::string() : found->second;
+  };
+}
+
+// A loaded configuration saved unchanged gives the same bytes. The shipped mill is in the
+// written form as it stands; the lathe is taken in the form a first save gives it.
+TEST(ShippedConfigs, SaveByteForByteAsLoaded) {
+  if (test::SourceDataDir().empty()) GTEST_SKIP() << "source data folder unknown";
+  for (const char* name : {"default", "Lathe"}) {
+    ConfigTestFolder folder;
+    const fs::path shipped = ConfigFilePath(test::SourceDataDir(), name);
+    const auto loadAndSave = [&folder, name](const fs::path& from, const std::string& to) {
+      std::string path = from.string();
+      MachineConfig record;
+      RecordingHost host;
+      ASSERT_TRUE(LoadConfig(path, record, host, folder.path())) << name;
+      ASSERT_TRUE(SaveConfig(to, record, OffsetsOf(record)));
+    };
+    const std::string first = (folder.path() / "first.zmt").string();
+    const std::string second = (folder.path() / "second.zmt").string();
+    loadAndSave(shipped, first);
+    loadAndSave(first, second);
+    EXPECT_EQ(test::ReadFileBytes(second), test::ReadFileBytes(first)) << name;
+    if (std::string(name) == "default") {
+      EXPECT_EQ(test::ReadFileBytes(first), test::ReadFileBytes(shipped));
+    }
+  }
+}
+
+}  // namespace
+}  // namespace zemtra
