@@ -1,5 +1,6 @@
 #include "app/StartUp.h"
 
+#include <QAction>
 #include <QGuiApplication>
 #include <QScreen>
 #include <QTimer>
@@ -54,7 +55,7 @@ StartUp::Outcome StartUp::Run() {
   ResetView();
   ShowUntitled();
   PrepareInterpreter();
-  NoteScriptHost();
+  CheckScriptHost();
   StartTimer1();
   return Outcome::Ready;
 }
@@ -168,9 +169,12 @@ void StartUp::PrepareInterpreter() {
   plot_.Engine().Interp.InitInterpreter();
 }
 
-// This version has no script host: header directives are listed, not run.
-void StartUp::NoteScriptHost() {
-  plot_.ShowHeaderDirectives();
+// The script host comes with the window's script commands; without it the script commands are
+// disabled and the "script" panel says so.
+void StartUp::CheckScriptHost() {
+  if (plot_.HeaderDirectiveRunner) return;
+  if (QAction* run = plot_.Actions().Find("mnuExecScript")) run->setEnabled(false);
+  plot_.Panels().Set("script", "Scripts Disabled");
 }
 
 void StartUp::StartTimer1() {

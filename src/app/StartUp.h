@@ -39,7 +39,7 @@ class StartUp : public QObject {
   void ResetView();
   void ShowUntitled();
   void PrepareInterpreter();
-  void NoteScriptHost();
+  void CheckScriptHost();
   void StartTimer1();
 
   // Steps of Timer1.

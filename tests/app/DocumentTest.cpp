@@ -67,18 +67,6 @@ class DocumentTest : public QObject {
   }
 
   // Script directives of the header are listed, not run: this version has no script host.
-  void HeaderDirectivesAreListed() {
-    const Scratch scratch;
-    const std::string path = scratch.Write(
-        "d.nc", "%\n(## ZMTSetConfig \"Lathe\")\n[## ZMTFileNew]\nG0 X1.\n(## late)\n");
-    StartedPlot plot(scratch);
-    QCOMPARE(plot->Panels().Text("script"), QString("Scripts Disabled"));
-    plot->OpenPassedFile(path);
-    QCOMPARE(plot->Panels().Text("script"), QString("2 directives not run"));
-    QVERIFY(plot->Panels().Panel("script")->toolTip().contains("ZMTSetConfig \"Lathe\""));
-    QVERIFY(!plot->Panels().Panel("script")->toolTip().contains("late"));
-  }
-
   void MissingFileIsReported() {
     const Scratch scratch;
     StartedPlot plot(scratch);

@@ -1,0 +1,3 @@
+// A failure names the line of the script.
+var lines = ZMTGetNumLines();
+ZMTInsertLine(noSuchName);
