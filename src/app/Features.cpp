@@ -4,8 +4,19 @@
 #include <QMenu>
 #include <QMenuBar>
 
+#include "app/AnimationCommands.h"
+#include "app/CalcCommands.h"
+#include "app/ConfigCommands.h"
+#include "app/DncCommands.h"
+#include "app/DxfCommands.h"
+#include "app/FilterCommands.h"
 #include "app/Plot.h"
 #include "app/PlotActions.h"
+#include "app/TextCommands.h"
+#include "app/Recovery.h"
+#include "app/ScriptCommands.h"
+#include "app/SelectionCommands.h"
+#include "app/StepCommands.h"
 
 namespace zemtra {
 
@@ -22,6 +33,17 @@ void HideEmptyMenus(Plot& window) {
 
 void InstallFeatures(Plot& window) {
   // One line per command set, in menu order.
+  new FilterCommands(window);
+  new TextCommands(window);
+  new CalcCommands(window);
+  new DxfCommands(window);
+  new DncCommands(window);
+  new ScriptCommands(window);
+  new ConfigCommands(window);
+  new Recovery(window);
+  new SelectionCommands(window);
+  new AnimationCommands(window);
+  new StepCommands(window);
   HideEmptyMenus(window);
 }
 

@@ -139,13 +139,18 @@ void Plot::ApplyConfiguration(const MachineConfig& record) {
 
 void Plot::SetMachineType(int machineType) {
   const bool lathe = machineType == 1;
-  for (const char* name : {"mnuViewTop", "mnuViewBottom", "mnuViewFront", "mnuViewBack",
-                           "mnuViewLeft", "mnuViewRight"}) {
-    actions_->Find(name)->setVisible(!lathe);
+  // The mill's views and the tools that only make sense on a mill; commands a build leaves
+  // out are passed over.
+  static constexpr const char* kMillOnly[] = {
+      "mnuViewTop", "mnuViewBottom", "mnuViewFront", "mnuViewBack", "mnuViewLeft", "mnuViewRight",
+      "mnuViewISO", "mnuFont",       "mnuMirror",    "mnuRotate",   "mnuShift",    "mnuScale"};
+  static constexpr const char* kLatheOnly[] = {"mnuViewLatheFront", "mnuViewLatheBack",
+                                               "mnuViewLatheLeft", "mnuViewLatheRight"};
+  for (const char* name : kMillOnly) {
+    if (QAction* action = actions_->Find(name)) action->setVisible(!lathe);
   }
-  for (const char* name :
-       {"mnuViewLatheFront", "mnuViewLatheBack", "mnuViewLatheLeft", "mnuViewLatheRight"}) {
-    actions_->Find(name)->setVisible(lathe);
+  for (const char* name : kLatheOnly) {
+    if (QAction* action = actions_->Find(name)) action->setVisible(lathe);
   }
   actions_->ToolBar("tlbView")->setVisible(!lathe);
   actions_->ToolBar("tlbLathe")->setVisible(lathe);
@@ -179,7 +184,10 @@ void Plot::SetView(int view) {
 
 void Plot::RebuildConfigMenu() {
   QMenu* menu = actions_->ConfigMenu();
-  menu->clear();
+  // Only the file entries are made again; commands added to the menu stay.
+  for (QAction* entry : menu->actions()) {
+    if (entry->property("zmtConfigEntry").toBool()) delete entry;
+  }
   const std::filesystem::path folder = FindPathNoCase(environment_.ApplicationFolder, "CONFIG");
   QDir dir(QString::fromStdString(folder.string()));
   const QStringList files = dir.entryList(QDir::Files, QDir::Name | QDir::IgnoreCase);
@@ -188,6 +196,7 @@ void Plot::RebuildConfigMenu() {
     const QString caption =
         QString::fromStdString(ProperCase(file.left(file.size() - 4).toStdString()));
     QAction* item = menu->addAction(caption);
+    item->setProperty("zmtConfigEntry", true);
     item->setCheckable(true);
     item->setChecked(EqualsNoCase(FileNameOf(ConfigFile), file.toStdString()));
     connect(item, &QAction::triggered, this, [this, caption] { ChooseConfiguration(caption); });
@@ -346,20 +355,8 @@ void Plot::ApplyDisplayPrecision() {
   engine_->Driver.NumberFormat = formats.Short;
 }
 
-void Plot::ShowHeaderDirectives() {
-  const std::vector<std::string>& directives = engine_->Editor.HeaderDirectives();
-  QLabel* panel = panels_->Panel("script");
-  if (directives.empty()) {
-    panel->setText("Scripts Disabled");
-    panel->setToolTip("This version of Zemtra has no script host");
-    return;
-  }
-  QStringList lines;
-  for (const std::string& directive : directives) lines << QString::fromStdString(directive);
-  panel->setText(
-      QString("%1 directive%2 not run").arg(lines.size()).arg(lines.size() == 1 ? "" : "s"));
-  panel->setToolTip("Header directives of the program (scripts are not run in this version):\n" +
-                    lines.join('\n'));
+void Plot::RunHeaderDirectives() {
+  if (HeaderDirectiveRunner) HeaderDirectiveRunner(engine_->Editor.HeaderDirectives());
 }
 
 // --- Plotting -----------------------------------------------------------------------------------
@@ -385,11 +382,14 @@ void Plot::PlotWith(bool quiet, bool zoomToPart) {
     replotPending_ = true;
     return;
   }
+  if (engine.Driver.PlotBlocked) return;  // the layer manager holds a drawing in the table
+  engine.View.DXFMode = false;            // the program's plot replaces a drawing on show
   Busy = true;
   host_->setAbortRequested(false);
   engine.Driver.PlotCancel = false;
   engine.Driver.QuietPlot = quiet;
   PrepareInterpreter();
+  emit plotting();
   // The picture starts empty and fills as the motions are made.
   engine.View.RefreshGeometry(0);
   engine.View.RepaintBlocked = true;
@@ -411,6 +411,7 @@ void Plot::PlotWith(bool quiet, bool zoomToPart) {
   } else {
     engine.View.RefreshGeometry(count);
   }
+  emit plotFinished();
   if (replotPending_) {
     replotPending_ = false;
     QTimer::singleShot(0, this, [this] { PlotWith(false, true); });
@@ -458,6 +459,7 @@ void Plot::RequestAbort() {
   pic1_->SetZoomWindowArmed(false);
   actions_->Find("mnuPan")->setChecked(false);
   actions_->Find("mnuZoomWindow")->setChecked(false);
+  emit abortRequested();
 }
 
 void Plot::StopAutoRefresh() {

@@ -5,8 +5,10 @@
 #include <QMainWindow>
 #include <QString>
 #include <filesystem>
+#include <functional>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "app/AppSettings.h"
 #include "config/MachineConfig.h"
@@ -102,11 +104,15 @@ class Plot : public QMainWindow {
   void RefreshEditState();
   // Esc: stops a running plot or long command.
   void RequestAbort();
-  // Lists the header directives of the loaded program in the "script" panel (they are kept
-  // for the script host, which this version does not have).
-  void ShowHeaderDirectives();
+  // Runs the header directives of the loaded program through HeaderDirectiveRunner.
+  void RunHeaderDirectives();
+  // Runs a loaded program's header directives; set by the script commands.
+  std::function<void(const std::vector<std::string>&)> HeaderDirectiveRunner;
   // Stops a pending automatic refresh (a freshly loaded text needs none).
   void StopAutoRefresh();
+  // Hands the user's preferences (block skip, M00, warnings, subprogram settings) to the
+  // interpreter and the plot driver; done before every run.
+  void PrepareInterpreter();
 
   // Closes the window again once the running loop has been left (Timer3).
   void StartClosingLater();
@@ -118,6 +124,12 @@ class Plot : public QMainWindow {
  signals:
   // The deferred part of start-up is done (tests and the screenshot wait for it).
   void startUpFinished();
+  // A plot has ended and the viewport shows its table (open tool windows refresh).
+  void plotFinished();
+  // A plot of the program text is about to run (unsaved text is kept safe first).
+  void plotting();
+  // Esc was pressed (RequestAbort ran): command sets stop what they run, such as a receive.
+  void abortRequested();
 
  protected:
   void closeEvent(QCloseEvent* event) override;
@@ -147,7 +159,6 @@ class Plot : public QMainWindow {
   void RememberPlacement();
   void ReceiveHandOver(const QString& commandLine);
   void PlotWith(bool quiet, bool zoomToPart);
-  void PrepareInterpreter();
 
   PlotEnvironment environment_;
   AppSettings settings_;

@@ -14,6 +14,16 @@
 
 namespace zemtra {
 
+#ifdef ZEMTRA_HAVE_DNC
+// Serial transfers (DncCommand.cpp): a program to or from a machine.
+int RunSendCommand(const std::vector<std::string>& args, std::ostream& out, std::ostream& err);
+int RunReceiveCommand(const std::vector<std::string>& args, std::ostream& out, std::ostream& err);
+#endif
+#ifdef ZEMTRA_HAVE_SCRIPT
+// Scripts without a window (ScriptCommand.cpp).
+int RunScriptCommand(const std::vector<std::string>& args, std::ostream& out, std::ostream& err);
+#endif
+
 namespace {
 
 int RunHelpCommand(const std::vector<std::string>& args, std::ostream& out, std::ostream& err);
@@ -27,6 +37,13 @@ constexpr std::array kSubcommands = {
     Subcommand{"dxf", "read a DXF drawing and report its layers", RunDxfCommand},
     Subcommand{"dxf2gcode", "convert the layers of a DXF drawing into a program",
                RunDxf2GCodeCommand},
+#ifdef ZEMTRA_HAVE_DNC
+    Subcommand{"send", "send a program to a machine over a serial line", RunSendCommand},
+    Subcommand{"receive", "receive a program from a machine over a serial line", RunReceiveCommand},
+#endif
+#ifdef ZEMTRA_HAVE_SCRIPT
+    Subcommand{"script", "run a script over a program and write the result", RunScriptCommand},
+#endif
     Subcommand{"help", "print the help of a command", RunHelpCommand},
     Subcommand{"version", "print the version", RunVersionCommand},
 };

@@ -13,8 +13,8 @@ namespace {
 constexpr double kFullCircleDistance = 0.001;
 constexpr double kDefaultArcTolerance = 0.002;
 // Most chords one arc is broken into; an arc that would need more (a huge radius at a fine
-// tolerance) stays as it is, as an arc that cannot be broken does.
-constexpr double kMaxBreakChords = 100000;
+// tolerance), or whose size is not a number, stays as it is, as an arc that cannot be broken does.
+constexpr double kMaxBreakChords = 10000;
 
 std::size_t Slot(char letter) {
   return static_cast<std::size_t>(letter - 64);
@@ -169,7 +169,7 @@ std::string FilterSession::BreakArc(std::string_view line) {
   const double tolerance = parameters_.BreakTolerance > 0 ? parameters_.BreakTolerance : 0.001;
   double step = 2 * std::acos((r - tolerance) / r);
   if (!(step > 0) || step > sweep) step = sweep;
-  if (sweep / step > kMaxBreakChords) return std::string(line);
+  if (!(sweep / step <= kMaxBreakChords)) return std::string(line);  // also NaN: no arc
   const int count = std::max(1, static_cast<int>(std::ceil(sweep / step - 1e-9)));
   step = sweep / count;
   const PlaneAxes axes = AxesOf(arc->Plane);

@@ -1,0 +1,6 @@
+#1=0
+WHILE [#1 LT 1] DO1
+G1 X1 F10
+G1 X0
+END1
+M30

@@ -1,0 +1,41 @@
+// The machine configuration reader: any file text becomes a record, the record is put in
+// force (its work offset lines run as macro statements), and its file text reads back.
+#include <cstddef>
+#include <cstdint>
+#include <exception>
+#include <string>
+
+#include "FuzzSupport.h"
+#include "config/ConfigFile.h"
+#include "config/ConfigText.h"
+#include "interp/BlockReader.h"
+#include "macro/Assignment.h"
+#include "macro/Evaluator.h"
+#include "macro/VariableStore.h"
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  using namespace zemtra;
+  ConfigSession session;
+  std::vector<std::string> warnings;
+  ReadConfigRecord(ConfigText(fuzz::AsText(data, size)), session.EditConfig, &warnings);
+  session.EditConfig.ConfigName = "fuzz";
+
+  VariableStore variables;
+  Evaluator evaluator(variables);
+  fuzz::DeadlineHost host(std::chrono::milliseconds(300));
+  ApplyConfig(session.EditConfig, session, host, [&](const std::string& line) {
+    std::string cleaned;
+    std::int32_t blockNumber = 0;
+    CleanBlock(line, false, cleaned, blockNumber);
+    try {
+      if (!cleaned.empty()) ExecuteAssignments(cleaned, evaluator, variables);
+    } catch (const std::exception&) {
+    }
+  });
+
+  const std::string written = ConfigFileText(
+      session.ActiveConfig, [&](int number) { return variables.ReadVariable(number); });
+  MachineConfig reread;
+  ReadConfigRecord(ConfigText(written), reread);
+  return 0;
+}
