@@ -16,7 +16,9 @@ namespace {
 
 constexpr double kCoincident = 0.000001;
 constexpr double kDegenerateArc = 0.001;
-constexpr double kTangentDegrees = 5;
+constexpr double kTangentDegrees = 5;  // two arcs meeting at less than this are tangent
+// A line and an arc are tangent when the radius meets the line at 90 degrees within this.
+constexpr double kLineArcTangentDegrees = 0.0001;
 constexpr double kAtEnd = 0.001;
 
 bool IsArc(const GeoEntity& e) {
@@ -118,12 +120,33 @@ bool PathOffsetter::JoinLineLine(const GeoEntity& a, const GeoEntity& b) {
   return true;
 }
 
-bool PathOffsetter::JoinCurves(const GeoEntity& a, const GeoEntity& b) {
+bool PathOffsetter::JoinLineArc(const GeoEntity& a, const GeoEntity& b) {
+  return JoinCurves(a, b, kLineArcTangentDegrees);
+}
+
+bool PathOffsetter::JoinArcLine(const GeoEntity& a, const GeoEntity& b) {
+  return JoinCurves(a, b, kLineArcTangentDegrees);
+}
+
+bool PathOffsetter::JoinArcArc(const GeoEntity& a, const GeoEntity& b) {
+  return JoinCurves(a, b, kTangentDegrees);
+}
+
+// Tangent neighbours: their offsets touch. Beside a line the shared point is the foot of the
+// perpendicular from the arc's centre on the offset line.
+void PathOffsetter::JoinTangent() {
+  GeoPoint p = OffsetA.EndPoint;
+  if (!IsArc(OffsetA)) p = FootOnLine(LineFromEntity(OffsetA), OffsetB.CenterPoint);
+  if (!IsArc(OffsetB)) p = FootOnLine(LineFromEntity(OffsetB), OffsetA.CenterPoint);
+  OffsetA.EndPoint = OffsetB.StartPoint = p;
+}
+
+bool PathOffsetter::JoinCurves(const GeoEntity& a, const GeoEntity& b, double tangentDegrees) {
   CornerPending = false;
   const double turn = TurnDegrees(a, b);
   if (DistPlane(OffsetA.EndPoint, OffsetB.StartPoint, 17) < kCoincident) return true;
-  if (std::fabs(turn) < kTangentDegrees) {
-    OffsetB.StartPoint = OffsetA.EndPoint;  // tangent neighbours: their offsets touch
+  if (std::fabs(turn) < tangentDegrees) {
+    JoinTangent();
     return true;
   }
   const bool inside = (distance_ > 0) == (turn > 0);

@@ -25,9 +25,9 @@ class PathOffsetter {
   // source entities `a` and `b`; true when solved. CornerPending says whether CornerArc must go
   // between them.
   bool JoinLineLine(const GeoEntity& a, const GeoEntity& b);
-  bool JoinLineArc(const GeoEntity& a, const GeoEntity& b) { return JoinCurves(a, b); }
-  bool JoinArcLine(const GeoEntity& a, const GeoEntity& b) { return JoinCurves(a, b); }
-  bool JoinArcArc(const GeoEntity& a, const GeoEntity& b) { return JoinCurves(a, b); }
+  bool JoinLineArc(const GeoEntity& a, const GeoEntity& b);
+  bool JoinArcLine(const GeoEntity& a, const GeoEntity& b);
+  bool JoinArcArc(const GeoEntity& a, const GeoEntity& b);
 
   GeoEntity OffsetA, OffsetB;
   bool CornerPending = false;
@@ -35,7 +35,10 @@ class PathOffsetter {
 
  private:
   bool Join(const GeoEntity& a, const GeoEntity& b);
-  bool JoinCurves(const GeoEntity& a, const GeoEntity& b);
+  // Joins neighbours of which at least one is an arc; a turn under `tangentDegrees` counts as
+  // tangent, and the offsets then meet without a corner.
+  bool JoinCurves(const GeoEntity& a, const GeoEntity& b, double tangentDegrees);
+  void JoinTangent();
   void SetCornerArc(const GeoEntity& a, double turnDegrees);
   bool OffsetOne(const GeoEntity& source, GeoEntity& offset);
 

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <vector>
 
 #include "core/RecordingHost.h"
@@ -66,6 +67,33 @@ TEST(Offset, NearlyStraightNeighboursNeverGetACornerArc) {
   ASSERT_TRUE(PathOffsetter(-1, host).OffsetPath({Line(0, 0, 10, 0), Line(10, 0, 20, 1)}, result));
   EXPECT_EQ(result.size(), 2u);
   ExpectNear(result[0].EndPoint, result[1].StartPoint.X, result[1].StartPoint.Y);
+}
+
+// A counter-clockwise arc from (1, 0) of radius 1 whose start tangent turns `turnDegrees` from +X.
+GeoEntity ArcLeavingAt(double turnDegrees) {
+  const double a = turnDegrees * 3.14159265358979 / 180;
+  GeoEntity arc;
+  arc.EntityType = kArcCCW;
+  arc.StartPoint = {1, 0, 0, 0};
+  arc.CenterPoint = {static_cast<float>(1 - std::sin(a)), static_cast<float>(std::cos(a)), 0, 0};
+  arc.EndPoint = {arc.CenterPoint.X + 1, arc.CenterPoint.Y, 0, 0};
+  arc.RadiusOrTurns = 1;
+  arc.Plane = 17;
+  return arc;
+}
+
+TEST(Offset, LineAndArcAreTangentOnlyAtARightAngleToTheRadius) {
+  RecordingHost host;
+  PathOffsetter tangent(0.1, host);
+  std::vector<GeoEntity> result;
+  ASSERT_TRUE(tangent.OffsetPath({Line(0, 0, 1, 0), ArcLeavingAt(0)}, result));
+  ASSERT_EQ(result.size(), 2u);  // no corner arc
+  ExpectNear(result[0].EndPoint, 1, 0.1);
+  ExpectNear(result[1].StartPoint, 1, 0.1);
+  // Two degrees to the right is a real corner: outside it, the offset gets a corner arc.
+  ASSERT_TRUE(PathOffsetter(0.1, host).OffsetPath({Line(0, 0, 1, 0), ArcLeavingAt(-2)}, result));
+  ASSERT_EQ(result.size(), 3u);
+  EXPECT_EQ(result[1].EntityType, kArcCW);
 }
 
 TEST(Offset, CircleOffsetInwardByItsRadiusCannotBeBuilt) {
