@@ -10,6 +10,7 @@
 
 #include "cli/Args.h"
 #include "cli/CliHost.h"
+#include "cli/ConfigArgument.h"
 #include "cli/JsonWriter.h"
 #include "config/ConfigFile.h"
 #include "config/MachineConfig.h"
@@ -78,26 +79,13 @@ constexpr CommandSyntax kDxf2GCodeSyntax{
     1,
     1};
 
-// A configuration argument is a path when it names an existing file or holds a separator;
-// otherwise it is the name of a file in the application folder's CONFIG.
-fs::path ConfigPathOf(const std::string& argument, const fs::path& applicationFolder) {
-  if (argument.empty()) return FindPathNoCase(applicationFolder, "CONFIG/default.zmt");
-  std::error_code code;
-  if (argument.find('/') != std::string::npos || fs::is_regular_file(argument, code)) {
-    return fs::path(argument);
-  }
-  std::string name = argument;
-  if (!EndsWithNoCase(name, ".zmt")) name += ".zmt";
-  return FindPathNoCase(applicationFolder, "CONFIG/" + name);
-}
-
 // The machine record: the named configuration, or without a name the default one when it can
 // be found (else an empty mill record). False when a named configuration cannot be read.
 bool LoadMachineRecord(const std::string& command, const std::string& argument, Host& host,
                        MachineConfig& record, std::ostream& err) {
   std::string folderError;
   const fs::path folder = ApplicationFolder(&folderError);
-  const fs::path path = ConfigPathOf(argument, folder);
+  const fs::path path = ResolveConfigPath(argument, folder);
   std::error_code code;
   if (!fs::is_regular_file(path, code)) {
     if (argument.empty()) return true;

@@ -10,6 +10,7 @@
 
 #include "cli/Args.h"
 #include "cli/CliHost.h"
+#include "cli/ConfigArgument.h"
 #include "cli/Interrupt.h"
 #include "config/ConfigFile.h"
 #include "config/MachineConfig.h"
@@ -279,15 +280,7 @@ bool FilterOptions(const FilterEntry& entry, const Args& parsed, FilterParameter
 bool LoadMachine(const std::string& argument, MachineConfig& config, CliHost& host,
                  std::ostream& err) {
   const fs::path folder = ApplicationFolderPath();
-  fs::path path;
-  if (argument.empty()) {
-    path = FindPathNoCase(folder, "CONFIG/default.zmt");
-  } else if (argument.find('/') != std::string::npos || fs::is_regular_file(argument)) {
-    path = argument;
-  } else {
-    path = FindPathNoCase(folder,
-                          "CONFIG/" + argument + (EndsWithNoCase(argument, ".zmt") ? "" : ".zmt"));
-  }
+  const fs::path path = ResolveConfigPath(argument, folder);
   std::error_code code;
   if (!fs::is_regular_file(path, code)) {
     if (argument.empty()) {

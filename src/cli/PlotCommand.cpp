@@ -10,6 +10,7 @@
 
 #include "cli/Args.h"
 #include "cli/CliHost.h"
+#include "cli/ConfigArgument.h"
 #include "cli/DxfCommand.h"
 #include "cli/IniSettingsStore.h"
 #include "cli/JsonWriter.h"
@@ -87,19 +88,6 @@ struct PlotRequest {
   std::string viewName;  // resolved once the machine type is known
   std::string dxfPath;   // --dxf
 };
-
-// A configuration argument is a path when it names an existing file or holds a separator;
-// otherwise it is the name of a file in the application folder's CONFIG.
-fs::path ResolveConfigPath(const std::string& argument, const fs::path& applicationFolder) {
-  if (argument.empty()) return FindPathNoCase(applicationFolder, "CONFIG/default.zmt");
-  std::error_code code;
-  const bool isPath =
-      argument.find('/') != std::string::npos || fs::is_regular_file(argument, code);
-  if (isPath) return fs::path(argument);
-  std::string name = argument;
-  if (!EndsWithNoCase(name, ".zmt")) name += ".zmt";
-  return FindPathNoCase(applicationFolder, "CONFIG/" + name);
-}
 
 // The engine objects of one plot, wired together.
 struct PlotSession {

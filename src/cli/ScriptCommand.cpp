@@ -10,6 +10,7 @@
 
 #include "cli/Args.h"
 #include "cli/CliHost.h"
+#include "cli/ConfigArgument.h"
 #include "cli/Interrupt.h"
 #include "config/ConfigFile.h"
 #include "core/AppFolder.h"
@@ -49,15 +50,7 @@ constexpr CommandSyntax kScriptSyntax{
 // defaults when there is none and none was named.
 bool LoadMachine(const std::string& argument, const fs::path& folder, ScriptWorkspace& work,
                  std::ostream& err) {
-  fs::path path;
-  if (argument.empty()) {
-    path = FindPathNoCase(folder, "CONFIG/default.zmt");
-  } else if (argument.find('/') != std::string::npos || fs::is_regular_file(argument)) {
-    path = argument;
-  } else {
-    path = FindPathNoCase(folder,
-                          "CONFIG/" + argument + (EndsWithNoCase(argument, ".zmt") ? "" : ".zmt"));
-  }
+  const fs::path path = ResolveConfigPath(argument, folder);
   std::error_code code;
   if (!fs::is_regular_file(path, code)) {
     if (argument.empty()) return true;
