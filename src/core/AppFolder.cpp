@@ -1,6 +1,8 @@
 #include "core/AppFolder.h"
 
 #include <cstdlib>
+#include <fstream>
+#include <iterator>
 #include <optional>
 #include <system_error>
 #include <vector>
@@ -16,6 +18,9 @@ namespace {
 constexpr const char* kFolderName = "Zemtra";
 // Deep enough for any shipped tree, shallow enough to stop a loop of linked folders.
 constexpr int kMaxSeedDepth = 16;
+// The shipped documentation: kept in step with the program, so its files are replaced when the
+// shipped text differs (users do not edit it).
+constexpr std::string_view kDocumentationFolder = "Manuals";
 
 std::string EnvironmentText(const char* name) {
   const char* value = std::getenv(name);
@@ -60,33 +65,43 @@ bool IsSameFolder(const fs::path& a, const fs::path& b) {
   return fs::equivalent(a, b, error) && !error;
 }
 
+// A file's bytes; "" when it cannot be read.
+std::string ReadWholeFile(const fs::path& path) {
+  std::ifstream in(path, std::ios::binary);
+  return std::string(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
+}
+
 class FolderSeeder {
  public:
   FolderSeeder(const fs::path& root, std::string* error) : root_(root), error_(error) {}
 
-  void CopyMissing(const fs::path& from, const fs::path& to, int depth) {
+  void CopyMissing(const fs::path& from, const fs::path& to, int depth, bool refresh = false) {
     if (depth > kMaxSeedDepth) return;
     std::error_code error;
     fs::directory_iterator entries(from, error);
     if (error) return Fail("Cannot read the folder " + Quoted(from) + ": " + error.message());
     for (; !error && entries != fs::directory_iterator(); entries.increment(error)) {
-      CopyEntry(*entries, to, depth);
+      CopyEntry(*entries, to, depth, refresh);
     }
   }
 
   bool Succeeded() const { return ok_; }
 
  private:
-  void CopyEntry(const fs::directory_entry& entry, const fs::path& to, int depth) {
+  void CopyEntry(const fs::directory_entry& entry, const fs::path& to, int depth, bool refresh) {
     std::error_code error;
     if (IsSameFolder(entry.path(), root_)) return;  // the target lies inside the source
     const std::string name = entry.path().filename().string();
     const fs::path target = to / FindEntryNoCase(to, name).value_or(name);
     if (entry.is_directory(error)) {
       if (!MakeFolder(target)) return;
-      CopyMissing(entry.path(), target, depth + 1);
-    } else if (entry.is_regular_file(error) && !fs::exists(fs::symlink_status(target, error))) {
-      CopyFile(entry.path(), target);
+      const bool documentation = depth == 0 && EqualsNoCase(name, kDocumentationFolder);
+      CopyMissing(entry.path(), target, depth + 1, refresh || documentation);
+    } else if (entry.is_regular_file(error)) {
+      const bool missing = !fs::exists(fs::symlink_status(target, error));
+      if (missing || (refresh && ReadWholeFile(entry.path()) != ReadWholeFile(target))) {
+        CopyFile(entry.path(), target, !missing);
+      }
     }
   }
 
@@ -98,9 +113,11 @@ class FolderSeeder {
     return false;
   }
 
-  void CopyFile(const fs::path& from, const fs::path& to) {
+  void CopyFile(const fs::path& from, const fs::path& to, bool replace) {
     std::error_code error;
-    if (!fs::copy_file(from, to, fs::copy_options::skip_existing, error) && error) {
+    const auto how =
+        replace ? fs::copy_options::overwrite_existing : fs::copy_options::skip_existing;
+    if (!fs::copy_file(from, to, how, error) && error) {
       return Fail("Cannot copy " + Quoted(from) + " to " + Quoted(to) + ": " + error.message());
     }
     // Shipped files may be read-only; the user's copy is theirs to edit.

@@ -26,7 +26,8 @@ std::filesystem::path ApplicationFolderPath(std::string* error = nullptr);
 std::filesystem::path ShippedDataFolder();
 
 // Copies into `to` every file and folder of `from` that `to` lacks, recursively, matching names
-// without regard to case; never overwrites a file. Creates `to` when missing. Returns false,
+// without regard to case; never overwrites a file, except in the shipped documentation folder
+// "Manuals", whose files follow the shipped ones. Creates `to` when missing. Returns false,
 // with the first problem in `error`, when something could not be copied; copying goes on past
 // a failure. Copying a folder into itself does nothing. Never throws.
 bool SeedFolder(const std::filesystem::path& from, const std::filesystem::path& to,

@@ -69,6 +69,16 @@ TEST_F(SeedFolderTest, FillsWhatIsMissingAndKeepsTheUsersFiles) {
   EXPECT_EQ(ReadText(to() / "demo.nc"), "edited");
 }
 
+TEST_F(SeedFolderTest, ManualsFollowTheShippedOnes) {
+  WriteText(from() / "Manuals" / "Zemtra Manual.md", "new manual");
+  WriteText(to() / "manuals" / "Zemtra Manual.md", "old manual");
+  WriteText(to() / "manuals" / "notes.md", "mine");
+  ASSERT_TRUE(SeedFolder(from(), to()));
+  EXPECT_EQ(ReadText(to() / "manuals" / "Zemtra Manual.md"), "new manual");
+  EXPECT_EQ(ReadText(to() / "manuals" / "notes.md"), "mine");
+  EXPECT_EQ(ReadText(to() / "Config" / "default.zmt"), "user");
+}
+
 TEST_F(SeedFolderTest, CopiesOfReadOnlyFilesAreWritable) {
   fs::permissions(from() / "demo.nc", fs::perms::owner_read | fs::perms::group_read);
   ASSERT_TRUE(SeedFolder(from(), to()));
