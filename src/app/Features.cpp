@@ -12,11 +12,11 @@
 #include "app/FilterCommands.h"
 #include "app/Plot.h"
 #include "app/PlotActions.h"
-#include "app/TextCommands.h"
 #include "app/Recovery.h"
 #include "app/ScriptCommands.h"
 #include "app/SelectionCommands.h"
 #include "app/StepCommands.h"
+#include "app/TextCommands.h"
 
 namespace zemtra {
 
@@ -31,20 +31,16 @@ void HideEmptyMenus(Plot& window) {
 
 }  // namespace
 
-void InstallFeatures(Plot& window) {
+std::vector<QObject*> InstallFeatures(Plot& window) {
   // One line per command set, in menu order.
-  new FilterCommands(window);
-  new TextCommands(window);
-  new CalcCommands(window);
-  new DxfCommands(window);
-  new DncCommands(window);
-  new ScriptCommands(window);
-  new ConfigCommands(window);
-  new Recovery(window);
-  new SelectionCommands(window);
-  new AnimationCommands(window);
-  new StepCommands(window);
+  std::vector<QObject*> sets = {
+      new FilterCommands(window),    new TextCommands(window), new CalcCommands(window),
+      new DxfCommands(window),       new DncCommands(window),  new ScriptCommands(window),
+      new ConfigCommands(window),    new Recovery(window),     new SelectionCommands(window),
+      new AnimationCommands(window), new StepCommands(window),
+  };
   HideEmptyMenus(window);
+  return sets;
 }
 
 }  // namespace zemtra

@@ -78,12 +78,16 @@ Plot::Plot(PlotEnvironment environment, QWidget* parent)
   ConnectPlotCommands();
   ConnectOptionCommands();
   ConnectTimers();
-  InstallFeatures(*this);
+  for (QObject* set : InstallFeatures(*this)) features_.emplace_back(set);
   SetCaption("");
 }
 
 Plot::~Plot() {
-  // The widgets look at the engine until they go: they go first.
+  // The command sets and widgets look at the engine until they go: they go first.
+  while (!features_.empty()) {
+    delete features_.back();
+    features_.pop_back();
+  }
   delete search_;
   delete splitter_;
   documents_.reset();

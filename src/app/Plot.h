@@ -3,6 +3,7 @@
 // bars and status panels. It owns the engine objects and connects the commands to them; the
 // file commands, start-up and exit live in classes of their own.
 #include <QMainWindow>
+#include <QPointer>
 #include <QString>
 #include <filesystem>
 #include <functional>
@@ -176,6 +177,7 @@ class Plot : public QMainWindow {
   QTimer* undoTimer_ = nullptr;
   QTimer* timer3_ = nullptr;    // closes the window once a running loop has been left
   bool replotPending_ = false;  // a plot was asked for while one ran
+  std::vector<QPointer<QObject>> features_;  // the command sets, in the order made
 };
 
 }  // namespace zemtra
