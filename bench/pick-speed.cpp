@@ -13,16 +13,7 @@
 #include <string>
 #include <vector>
 
-#include "config/ConfigFile.h"
-#include "config/ConfigText.h"
-#include "config/MachineConfig.h"
-#include "core/GeometryTable.h"
-#include "core/RecordingHost.h"
-#include "interp/Interpreter.h"
-#include "interp/PlotDriver.h"
-#include "macro/Evaluator.h"
-#include "macro/ProgramText.h"
-#include "macro/VariableStore.h"
+#include "BenchPlot.h"
 #include "view/Picking.h"
 #include "view/Viewport.h"
 #include "view/Views.h"
@@ -88,21 +79,10 @@ int main(int argc, char** argv) {
     return 2;
   }
   ProgramText program;
-  std::string error;
-  if (!ProgramText::LoadFile(argv[1], program, error)) {
-    std::fprintf(stderr, "pick-speed: %s\n", error.c_str());
-    return 2;
-  }
+  if (!LoadBenchProgram("pick-speed", argv[1], program)) return 2;
 
-  MachineConfig config;
-  ReadConfigRecord(ConfigText("[MACHINE]\n"), config);
-  RecordingHost host;
-  VariableStore variables;
-  Evaluator evaluator(variables);
-  Interpreter interpreter(config, variables, evaluator, host);
-  GeometryTable table;
-  PlotDriver driver(interpreter, table, host);
-  driver.QuietPlot = true;
+  BenchPlot plot;
+  auto& [config, host, variables, evaluator, interpreter, table, driver] = plot;
   driver.RefreshGeometry(program);
   const std::int32_t count = driver.EntityCount();
 

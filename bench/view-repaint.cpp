@@ -13,18 +13,9 @@
 #include <string>
 #include <vector>
 
+#include "BenchPlot.h"
 #include "cli/ImageSurface.h"
 #include "cli/PlotPicture.h"
-#include "config/ConfigFile.h"
-#include "config/ConfigText.h"
-#include "config/MachineConfig.h"
-#include "core/GeometryTable.h"
-#include "core/RecordingHost.h"
-#include "interp/Interpreter.h"
-#include "interp/PlotDriver.h"
-#include "macro/Evaluator.h"
-#include "macro/ProgramText.h"
-#include "macro/VariableStore.h"
 #include "view/RecordingSurface.h"
 #include "view/Viewport.h"
 
@@ -69,21 +60,10 @@ int main(int argc, char** argv) {
     return 2;
   }
   ProgramText program;
-  std::string error;
-  if (!ProgramText::LoadFile(argv[1], program, error)) {
-    std::fprintf(stderr, "view-repaint: %s\n", error.c_str());
-    return 2;
-  }
+  if (!LoadBenchProgram("view-repaint", argv[1], program)) return 2;
 
-  MachineConfig config;
-  ReadConfigRecord(ConfigText("[MACHINE]\n"), config);
-  RecordingHost host;
-  VariableStore variables;
-  Evaluator evaluator(variables);
-  Interpreter interpreter(config, variables, evaluator, host);
-  GeometryTable table;
-  PlotDriver driver(interpreter, table, host);
-  driver.QuietPlot = true;
+  BenchPlot plot;
+  auto& [config, host, variables, evaluator, interpreter, table, driver] = plot;
   const auto plotStart = Clock::now();
   driver.RefreshGeometry(program);
   const double plotMs = std::chrono::duration<double, std::milli>(Clock::now() - plotStart).count();
