@@ -87,7 +87,7 @@ TEST(CliTransfer, SendAndReceiveByteForByte) {
 
     QProcess receiver;
     cli.Start(receiver, {"receive", "--port", Q(pair.FarPath()), "--baud", "19200",
-                         "--timeout-after", "1", "-o", Q(received)});
+                         "--timeout-after", "3", "-o", Q(received)});
     QByteArray receiveSaid;
     ASSERT_TRUE(WaitForSaying(receiver, "opened, ready to receive", receiveSaid, 5000))
         << "the receive did not start: " << receiveSaid.toStdString();
