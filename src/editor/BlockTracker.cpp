@@ -18,24 +18,6 @@ bool IsMacroStatement(std::string_view block) {
   return false;
 }
 
-// Letters whose values without a decimal point count in units of the coordinate resolution.
-constexpr bool IsResolutionLetter(char letter) {
-  switch (letter) {
-    case 'X':
-    case 'Y':
-    case 'Z':
-    case 'R':
-    case 'I':
-    case 'J':
-    case 'K':
-    case 'F':
-    case 'Q':
-      return true;
-    default:
-      return false;
-  }
-}
-
 std::size_t Slot(char letter) {
   return static_cast<std::size_t>(letter - 64);
 }

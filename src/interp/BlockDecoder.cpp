@@ -7,6 +7,7 @@
 
 #include "config/MachineConfig.h"
 #include "interp/Axes.h"
+#include "interp/BlockReader.h"
 #include "interp/InterpMessages.h"
 #include "interp/Interpreter.h"
 #include "macro/Evaluator.h"
@@ -26,24 +27,6 @@ constexpr int kOffsetNumberOutOfRange = 17;
 constexpr std::array<int, 27> kArgumentNumber = {0,  1,  2,  3,  7,  8,  9,  10, 11,
                                                  4,  5,  6,  12, 13, 14, 15, 16, 17,
                                                  18, 19, 20, 21, 22, 23, 24, 25, 26};
-
-// Letters whose integer-format values are scaled by the coordinate resolution.
-constexpr bool IsResolutionLetter(int letter) {
-  switch (letter + 64) {
-    case 'X':
-    case 'Y':
-    case 'Z':
-    case 'R':
-    case 'I':
-    case 'J':
-    case 'K':
-    case 'F':
-    case 'Q':
-      return true;
-    default:
-      return false;
-  }
-}
 
 // True when `rest` begins with a word an expression may continue with (an operator or a
 // function): a plain number followed by one goes through the full expression reader.
@@ -264,7 +247,7 @@ inline void Interpreter::ScaleIntegerValue(int letter, double resolution) {
 }
 
 void Interpreter::MoveMillAxis(int letter) {
-  if (IsResolutionLetter(letter)) {
+  if (IsResolutionLetter(static_cast<char>(letter + 64))) {
     ScaleIntegerValue(letter, config_.CoordinateResolution);
   } else if (IsRotaryLetter(letter)) {
     ScaleIntegerValue(letter, config_.RotaryAxisResolution);
@@ -304,7 +287,7 @@ void Interpreter::MoveMillAxis(int letter) {
 // On a lathe X and U move X, Z and W move Z; U and W always add. X words may be diameters.
 void Interpreter::MoveLatheAxis(int letter) {
   const char c = static_cast<char>(letter + 64);
-  if (IsResolutionLetter(letter)) {
+  if (IsResolutionLetter(static_cast<char>(letter + 64))) {
     ScaleIntegerValue(letter, config_.CoordinateResolution);
   } else if (IsRotaryLetter(letter)) {
     ScaleIntegerValue(letter, config_.RotaryAxisResolution);

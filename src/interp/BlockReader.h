@@ -13,4 +13,23 @@ namespace zemtra {
 void CleanBlock(std::string_view line, bool blockSkip, std::string& result,
                 std::int32_t& blockNumber);
 
+// Letters whose values written without a decimal point count in units of the coordinate
+// resolution (X10 is 0.001 at a resolution of 0.0001).
+constexpr bool IsResolutionLetter(char letter) {
+  switch (letter) {
+    case 'X':
+    case 'Y':
+    case 'Z':
+    case 'R':
+    case 'I':
+    case 'J':
+    case 'K':
+    case 'F':
+    case 'Q':
+      return true;
+    default:
+      return false;
+  }
+}
+
 }  // namespace zemtra
