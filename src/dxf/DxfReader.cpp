@@ -168,10 +168,16 @@ class LayerPass {
     ++counts_.lines;
   }
 
+  // The bits of a flag value (code 70): 16 bits; a value out of that range or not a number has
+  // none set.
+  static int FlagBits(double n) {
+    return n >= -32768 && n <= 65535 ? static_cast<int>(static_cast<long long>(n) & 0xFFFF) : 0;
+  }
+
   void ReadPolyline(int code, double n) {
     if (code != 70) return;
     StartPolyline();
-    closed_ = (static_cast<long long>(n) & 1) != 0;
+    closed_ = (FlagBits(n) & 1) != 0;
   }
 
   void ReadVertex(int code, double n) {
@@ -182,7 +188,7 @@ class LayerPass {
 
   void ReadLightPolyline(int code, double n) {
     if (code == 90) StartPolyline();
-    if (code == 70) lightFlags_ = static_cast<int>(static_cast<long long>(n) & 0xFFFF);
+    if (code == 70) lightFlags_ = FlagBits(n);
     ReadVertex(code, n);
   }
 
