@@ -53,7 +53,7 @@ run: build
 test: build build-asan build-fuzz
 	cd $(BUILD) && ctest --output-on-failure -j $(JOBS) --timeout 600
 	cd $(ASAN_BUILD) && $(SANITIZER_ENV) ctest --output-on-failure -j $(JOBS) --timeout 900
-	scripts/run-fuzz --build $(FUZZ_BUILD) --seconds $(FUZZ_SECONDS)
+	FUZZ_SEED=1 scripts/run-fuzz --build $(FUZZ_BUILD) --seconds $(FUZZ_SECONDS)
 
 # Each fuzz target for FUZZ_RUNS executions, one after another.
 fuzz: build-fuzz
