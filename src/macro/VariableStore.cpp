@@ -101,24 +101,41 @@ void LocalVariables::Clear() {
   for (VariableValue& value : values_) value.SetNull();
 }
 
-VariableStore::VariableStore()
-    : common_(kFirstPersistent - kFirstCommon + 1),
-      persistent_(kFirstList - kFirstPersistent + 1) {}
+VariableStore::VariableStore() = default;
+
+namespace {
+
+// The value at `index` of a range that is made only when first written; nullptr (a null)
+// before that.
+const VariableValue* RangeValue(const std::vector<VariableValue>& range, int index) {
+  return range.empty() ? nullptr : &range[static_cast<std::size_t>(index)];
+}
+
+VariableValue* WritableRangeValue(std::vector<VariableValue>& range, int index, int count) {
+  if (range.empty()) range.resize(static_cast<std::size_t>(count));
+  return &range[static_cast<std::size_t>(index)];
+}
+
+}  // namespace
 
 const VariableValue* VariableStore::Find(int n) const {
   if (n < kFirstLocal) return nullptr;
   if (n < kFirstCommon) return &Locals(CurrentFrame())[n];
-  if (n < kFirstPersistent) return &common_[static_cast<std::size_t>(n - kFirstCommon)];
-  if (n < kFirstList) return &persistent_[static_cast<std::size_t>(n - kFirstPersistent)];
+  if (n < kFirstPersistent) return RangeValue(common_, n - kFirstCommon);
+  if (n < kFirstList) return RangeValue(persistent_, n - kFirstPersistent);
   const auto row = listIndex_.find(n);
   return row == listIndex_.end() ? nullptr
                                  : &listRows_[static_cast<std::size_t>(row->second)].value;
 }
 
-// The slot of #1 to #5399; list numbers and n below 1 have none.
+// The slot of #1 to #5399; list numbers and n below 1 have none. The common and persistent
+// ranges are made here on their first write, so that a store nobody writes costs nothing.
 VariableValue* VariableStore::Slot(int n) {
   if (n < kFirstLocal || n >= kFirstList) return nullptr;
-  return const_cast<VariableValue*>(Find(n));
+  if (n < kFirstCommon) return &Locals(CurrentFrame())[n];
+  if (n < kFirstPersistent)
+    return WritableRangeValue(common_, n - kFirstCommon, kFirstPersistent - kFirstCommon);
+  return WritableRangeValue(persistent_, n - kFirstPersistent, kFirstList - kFirstPersistent);
 }
 
 VariableValue& VariableStore::ListSlot(int n) {
@@ -249,10 +266,10 @@ void AppendState(std::string& state, int n, const VariableValue& value) {
 
 std::string VariableStore::VariableStateText() const {
   std::string state;
-  for (int n = kFirstCommon; n < kFirstPersistent; ++n)
-    AppendState(state, n, common_[static_cast<std::size_t>(n - kFirstCommon)]);
-  for (int n = kFirstPersistent; n < kFirstList; ++n)
-    AppendState(state, n, persistent_[static_cast<std::size_t>(n - kFirstPersistent)]);
+  for (std::size_t i = 0; i < common_.size(); ++i)
+    AppendState(state, kFirstCommon + static_cast<int>(i), common_[i]);
+  for (std::size_t i = 0; i < persistent_.size(); ++i)
+    AppendState(state, kFirstPersistent + static_cast<int>(i), persistent_[i]);
   for (const ListRow& row : listRows_) AppendState(state, row.number, row.value);
   return state;
 }

@@ -146,8 +146,8 @@ class VariableStore {
   void WriteListValue(int n, const VariableValue& value);
 
   std::array<LocalVariables, kFrameCount> frames_;
-  std::vector<VariableValue> common_;      // #100 to #1000, the last slot unreachable
-  std::vector<VariableValue> persistent_;  // #1000 to #5400, the last slot unreachable
+  std::vector<VariableValue> common_;      // #100 to #999 once one is written, else empty
+  std::vector<VariableValue> persistent_;  // #1000 to #5399 once one is written, else empty
   std::vector<ListRow> listRows_;
   std::unordered_map<int, int> listIndex_;  // number -> index into listRows_
   int callLevel_ = 0;

@@ -20,7 +20,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   ReadConfigRecord(ConfigText(fuzz::AsText(data, size)), session.EditConfig, &warnings);
   session.EditConfig.ConfigName = "fuzz";
 
-  VariableStore variables;
+  VariableStore& variables = fuzz::ClearedVariables();
   Evaluator evaluator(variables);
   fuzz::DeadlineHost host(std::chrono::milliseconds(300));
   ApplyConfig(session.EditConfig, session, host, [&](const std::string& line) {

@@ -24,4 +24,10 @@ MachineConfig ShippedConfig(const std::string& name) {
   return config;
 }
 
+VariableStore& ClearedVariables() {
+  static VariableStore variables;
+  variables.ClearAll();
+  return variables;
+}
+
 }  // namespace zemtra::fuzz

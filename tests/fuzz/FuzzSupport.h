@@ -10,6 +10,7 @@
 
 #include "config/MachineConfig.h"
 #include "core/Host.h"
+#include "macro/VariableStore.h"
 
 namespace zemtra::fuzz {
 
@@ -32,6 +33,10 @@ std::filesystem::path DataFolder();
 
 // A shipped machine configuration ("default", "Lathe"), read as the program reads it.
 MachineConfig ShippedConfig(const std::string& name);
+
+// One variable table for every run of a target, emptied as at program start each time it is
+// asked for: making its thousands of values anew costs more than a short input's run.
+VariableStore& ClearedVariables();
 
 // The input as text.
 inline std::string_view AsText(const std::uint8_t* data, std::size_t size) {

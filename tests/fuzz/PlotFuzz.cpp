@@ -22,8 +22,10 @@ namespace zemtra::fuzz {
 namespace {
 
 // A loop that never ends is stopped by the block limit or, failing that, by the host's
-// abort; both are limits the real program has.
-constexpr std::int64_t kBlockLimit = 200000;
+// abort; both are limits the real program has. The block limit is low so that a looping
+// input costs milliseconds, not the whole time limit: ten thousand blocks run every loop
+// body, call and cycle far past its first pass.
+constexpr std::int64_t kBlockLimit = 10000;
 constexpr std::chrono::milliseconds kTimeLimit{300};
 
 struct Machines {
@@ -38,7 +40,8 @@ const Machines& LoadedMachines() {
 
 struct PlotRun {
   explicit PlotRun(const MachineConfig& machine)
-      : host(kTimeLimit),
+      : variables(ClearedVariables()),
+        host(kTimeLimit),
         evaluator(variables),
         interpreter(session.ActiveConfig, variables, evaluator, host),
         driver(interpreter, table, host) {
@@ -63,7 +66,7 @@ struct PlotRun {
   }
 
   ConfigSession session;
-  VariableStore variables;
+  VariableStore& variables;
   DeadlineHost host;
   Evaluator evaluator;
   Interpreter interpreter;
