@@ -133,7 +133,10 @@ class Renumbering {
   using Key = std::pair<int, std::int64_t>;
   struct KeyHash {
     std::size_t operator()(const Key& key) const {
-      return std::hash<std::int64_t>()(key.second * 131 + key.first);
+      // Mixed in unsigned arithmetic, where a block number of any size wraps instead of
+      // overflowing.
+      const auto number = static_cast<std::uint64_t>(key.second);
+      return std::hash<std::uint64_t>()(number * 131U + static_cast<std::uint64_t>(key.first));
     }
   };
 

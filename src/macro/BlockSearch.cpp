@@ -29,7 +29,7 @@ void StripLine(std::string_view line, std::string& result) {
       continue;
     }
     if (static_cast<unsigned char>(c) < 33) continue;
-    const bool leading = result.empty() || result == "/";
+    const bool leading = result.empty() || (result.size() == 1 && result.front() == '/');
     if (leading && (c == ';' || c == '&')) {
       result.clear();
       return;
