@@ -41,6 +41,7 @@
 #include "core/TextUtil.h"
 #include "core/Version.h"
 #include "editor/UndoHistory.h"
+#include "interp/ConfigStatements.h"
 #include "view/Views.h"
 
 namespace zemtra {
@@ -133,7 +134,7 @@ void Plot::SetBGColor(ColorValue color) {
 void Plot::ApplyConfiguration(const MachineConfig& record) {
   Workspace& engine = *engine_;
   ApplyConfig(record, engine.Session, *host_,
-              [&engine](const std::string& line) { engine.RunConfigLine(line); });
+              ConfigStatementRunner(engine.Expressions, engine.Variables));
   const MachineConfig& active = engine.Session.ActiveConfig;
   engine.View.ApplyConfig(active);
   SetBGColor(active.BackgroundColor);

@@ -1,10 +1,8 @@
 #include "app/Workspace.h"
 
 #include <cstdint>
-#include <exception>
 
-#include "interp/BlockReader.h"
-#include "macro/Assignment.h"
+#include "interp/ConfigStatements.h"
 
 namespace zemtra {
 
@@ -16,17 +14,6 @@ Workspace::Workspace(Host& hostRef)
       View(Table, hostRef),
       Editor(hostRef) {
   View.ReadVariable = [this](int number) { return Variables.ReadNumber(number); };
-}
-
-void Workspace::RunConfigLine(const std::string& line) {
-  std::string cleaned;
-  std::int32_t blockNumber = 0;
-  CleanBlock(line, false, cleaned, blockNumber);
-  if (cleaned.empty()) return;
-  try {
-    ExecuteAssignments(cleaned, Expressions, Variables);
-  } catch (const std::exception&) {
-  }
 }
 
 ProgramText Workspace::ProgramToPlot() const {

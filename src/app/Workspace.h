@@ -34,9 +34,6 @@ class Workspace {
   Viewport View;
   ProgramEditor Editor;
 
-  // Runs one line of assignments of the configuration (a work offset line). A bad line leaves
-  // what it set; a configuration never stops the program.
-  void RunConfigLine(const std::string& line);
   // The program text as the interpreter reads it: a copy of the document, named by its file.
   ProgramText ProgramToPlot() const;
 };

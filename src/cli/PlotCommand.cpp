@@ -1,7 +1,6 @@
 #include "cli/PlotCommand.h"
 
 #include <array>
-#include <exception>
 #include <filesystem>
 #include <memory>
 #include <optional>
@@ -22,11 +21,10 @@
 #include "core/NumberText.h"
 #include "core/SettingsStore.h"
 #include "core/TextUtil.h"
-#include "interp/BlockReader.h"
+#include "interp/ConfigStatements.h"
 #include "interp/Interpreter.h"
 #include "interp/PlotDriver.h"
 #include "interp/PlotPreferences.h"
-#include "macro/Assignment.h"
 #include "macro/Evaluator.h"
 #include "macro/ProgramText.h"
 #include "macro/SubprogramSettings.h"
@@ -106,19 +104,6 @@ struct PlotSession {
   PlotDriver driver;
 };
 
-// Runs one line of assignments of the configuration (the work offsets). A bad line leaves
-// what it set; a configuration never stops the plot.
-void RunConfigLine(PlotSession& plot, const std::string& line) {
-  std::string cleaned;
-  std::int32_t blockNumber = 0;
-  CleanBlock(line, false, cleaned, blockNumber);
-  if (cleaned.empty()) return;
-  try {
-    ExecuteAssignments(cleaned, plot.evaluator, plot.variables);
-  } catch (const std::exception&) {
-  }
-}
-
 // The picture options: files, view and size; PNG only where the build can write it.
 int ParsePictureOptions(const Args& parsed, std::ostream& err, PlotRequest& request, bool& done) {
   PictureOptions& picture = request.picture;
@@ -192,7 +177,7 @@ bool LoadMachine(PlotSession& plot, const PlotRequest& request, std::ostream& er
   for (const std::string& warning : warnings)
     err << "zemtra-cli plot: " << path << ": " << warning << "\n";
   ApplyConfig(plot.session.EditConfig, plot.session, plot.host,
-              [&plot](const std::string& line) { RunConfigLine(plot, line); });
+              ConfigStatementRunner(plot.evaluator, plot.variables));
   return true;
 }
 

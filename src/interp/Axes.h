@@ -19,16 +19,7 @@ inline float& AxisRef(GeoPoint& point, int axis) {
 }
 
 inline float AxisValue(const GeoPoint& point, int axis) {
-  switch (axis) {
-    case 0:
-      return point.X;
-    case 1:
-      return point.Y;
-    case 2:
-      return point.Z;
-    default:
-      return point.A;
-  }
+  return AxisRef(const_cast<GeoPoint&>(point), axis);
 }
 
 // The value a 32-bit float reads back as from its 7-significant-digit text, which is how

@@ -246,14 +246,27 @@ inline void Interpreter::ScaleIntegerValue(int letter, double resolution) {
   if (integerFormat_[letter]) AddrValue[letter] *= resolution;
 }
 
-void Interpreter::MoveMillAxis(int letter) {
+// Scales an integer-format coordinate or rotary word to units; false for any other letter.
+bool Interpreter::ScaleAxisWord(int letter) {
   if (IsResolutionLetter(static_cast<char>(letter + 64))) {
     ScaleIntegerValue(letter, config_.CoordinateResolution);
   } else if (IsRotaryLetter(letter)) {
     ScaleIntegerValue(letter, config_.RotaryAxisResolution);
   } else {
-    return;
+    return false;
   }
+  return true;
+}
+
+void Interpreter::MoveRotaryAxis(int letter) {
+  if (!IsRotaryLetter(letter)) return;
+  SetAxis(3, AddrValue[letter], ModalG[3] == 91);
+  UpdateAxisVariables(3, 3, 1);
+  RotaryUsed = true;
+}
+
+void Interpreter::MoveMillAxis(int letter) {
+  if (!ScaleAxisWord(letter)) return;
   if (ModalG[0] != 0 && ModalG[0] != 28) return;
   const bool cycleParameter = ModalG[9] != 80 && !InCycleFile;
   switch (letter + 64) {
@@ -277,23 +290,13 @@ void Interpreter::MoveMillAxis(int letter) {
     default:
       break;
   }
-  if (IsRotaryLetter(letter)) {
-    SetAxis(3, AddrValue[letter], ModalG[3] == 91);
-    UpdateAxisVariables(3, 3, 1);
-    RotaryUsed = true;
-  }
+  MoveRotaryAxis(letter);
 }
 
 // On a lathe X and U move X, Z and W move Z; U and W always add. X words may be diameters.
 void Interpreter::MoveLatheAxis(int letter) {
   const char c = static_cast<char>(letter + 64);
-  if (IsResolutionLetter(static_cast<char>(letter + 64))) {
-    ScaleIntegerValue(letter, config_.CoordinateResolution);
-  } else if (IsRotaryLetter(letter)) {
-    ScaleIntegerValue(letter, config_.RotaryAxisResolution);
-  } else if (c != 'U' && c != 'W') {
-    return;
-  }
+  if (!ScaleAxisWord(letter) && c != 'U' && c != 'W') return;
   if (ModalG[0] != 0 && ModalG[0] != 28) return;
   const bool cycleParameter = ModalG[9] != 80 && !InCycleFile;
   const bool roughingCycle = ModalG[9] >= 70 && ModalG[9] <= 73;
@@ -322,11 +325,7 @@ void Interpreter::MoveLatheAxis(int letter) {
     default:
       break;
   }
-  if (IsRotaryLetter(letter)) {
-    SetAxis(3, AddrValue[letter], ModalG[3] == 91);
-    UpdateAxisVariables(3, 3, 1);
-    RotaryUsed = true;
-  }
+  MoveRotaryAxis(letter);
 }
 
 // Z and R of a block under a modal cycle are the cycle's depth and R level, not positions.

@@ -233,6 +233,8 @@ class Interpreter {
   int CheckOffsetNumber(int letter);
   int TakeGCode(double g, bool lathe);
   void ScaleIntegerValue(int letter, double resolution);
+  bool ScaleAxisWord(int letter);
+  void MoveRotaryAxis(int letter);
   void MoveMillAxis(int letter);
   void MoveLatheAxis(int letter);
   void SetAxis(int axis, double value, bool incremental);

@@ -1,13 +1,11 @@
 #include "script/ScriptWorkspace.h"
 
 #include <cstdint>
-#include <exception>
 #include <utility>
 
 #include "config/ConfigFile.h"
 #include "editor/LineEnds.h"
-#include "interp/BlockReader.h"
-#include "macro/Assignment.h"
+#include "interp/ConfigStatements.h"
 #include "macro/ProgramText.h"
 
 namespace zemtra {
@@ -30,19 +28,7 @@ ScriptWorkspace::ScriptWorkspace(Host& hostRef, const std::filesystem::path& app
 }
 
 void ScriptWorkspace::ApplyConfiguration(const MachineConfig& record) {
-  ApplyConfig(record, Session, host, [this](const std::string& line) { RunConfigLine(line); });
-}
-
-void ScriptWorkspace::RunConfigLine(const std::string& line) {
-  std::string cleaned;
-  std::int32_t blockNumber = 0;
-  CleanBlock(line, false, cleaned, blockNumber);
-  if (cleaned.empty()) return;
-  try {
-    ExecuteAssignments(cleaned, Expressions, Variables);
-  } catch (const std::exception&) {
-    // A bad work offset line leaves what it set; a configuration never stops a script.
-  }
+  ApplyConfig(record, Session, host, ConfigStatementRunner(Expressions, Variables));
 }
 
 void ScriptWorkspace::PlotProgram() {

@@ -47,8 +47,6 @@ class ScriptWorkspace {
   // Puts `text` into the editor as an untitled program (line ends made CR LF), as if loaded.
   void SetProgramText(std::string text);
 
- private:
-  void RunConfigLine(const std::string& line);
 };
 
 }  // namespace zemtra

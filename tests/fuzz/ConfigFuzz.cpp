@@ -2,14 +2,12 @@
 // force (its work offset lines run as macro statements), and its file text reads back.
 #include <cstddef>
 #include <cstdint>
-#include <exception>
 #include <string>
 
 #include "FuzzSupport.h"
 #include "config/ConfigFile.h"
 #include "config/ConfigText.h"
-#include "interp/BlockReader.h"
-#include "macro/Assignment.h"
+#include "interp/ConfigStatements.h"
 #include "macro/Evaluator.h"
 #include "macro/VariableStore.h"
 
@@ -23,15 +21,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   VariableStore& variables = fuzz::ClearedVariables();
   Evaluator evaluator(variables);
   fuzz::DeadlineHost host(std::chrono::milliseconds(300));
-  ApplyConfig(session.EditConfig, session, host, [&](const std::string& line) {
-    std::string cleaned;
-    std::int32_t blockNumber = 0;
-    CleanBlock(line, false, cleaned, blockNumber);
-    try {
-      if (!cleaned.empty()) ExecuteAssignments(cleaned, evaluator, variables);
-    } catch (const std::exception&) {
-    }
-  });
+  ApplyConfig(session.EditConfig, session, host, ConfigStatementRunner(evaluator, variables));
 
   const std::string written = ConfigFileText(
       session.ActiveConfig, [&](int number) { return variables.ReadVariable(number); });

@@ -4,16 +4,14 @@
 #include <chrono>
 #include <cstddef>
 #include <cstdint>
-#include <exception>
 #include <string>
 
 #include "FuzzSupport.h"
 #include "config/ConfigFile.h"
 #include "core/GeometryTable.h"
-#include "interp/BlockReader.h"
+#include "interp/ConfigStatements.h"
 #include "interp/Interpreter.h"
 #include "interp/PlotDriver.h"
-#include "macro/Assignment.h"
 #include "macro/Evaluator.h"
 #include "macro/ProgramText.h"
 #include "macro/VariableStore.h"
@@ -46,23 +44,11 @@ struct PlotRun {
         interpreter(session.ActiveConfig, variables, evaluator, host),
         driver(interpreter, table, host) {
     session.EditConfig = machine;
-    ApplyConfig(session.EditConfig, session, host,
-                [this](const std::string& line) { RunConfigLine(line); });
+    ApplyConfig(session.EditConfig, session, host, ConfigStatementRunner(evaluator, variables));
     for (int n = 5001; n <= 5060; ++n) variables.WriteNumber(n, 0);
     interpreter.SetMachineFolder(DataFolder().string());
     driver.BlockLimit = kBlockLimit;
     driver.ProgressInterval = std::chrono::milliseconds(20);
-  }
-
-  void RunConfigLine(const std::string& line) {
-    std::string cleaned;
-    std::int32_t blockNumber = 0;
-    CleanBlock(line, false, cleaned, blockNumber);
-    if (cleaned.empty()) return;
-    try {
-      ExecuteAssignments(cleaned, evaluator, variables);
-    } catch (const std::exception&) {
-    }
   }
 
   ConfigSession session;
