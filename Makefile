@@ -53,11 +53,11 @@ run: build
 test: build build-asan build-fuzz
 	cd $(BUILD) && ctest --output-on-failure -j $(JOBS) --timeout 600
 	cd $(ASAN_BUILD) && $(SANITIZER_ENV) ctest --output-on-failure -j $(JOBS) --timeout 900
-	FUZZ_SEED=1 scripts/run-fuzz --build $(FUZZ_BUILD) --seconds $(FUZZ_SECONDS)
+	FUZZ_SEED=1 scripts/run-fuzz --build $(FUZZ_BUILD) --seconds $(FUZZ_SECONDS) --jobs $(JOBS)
 
-# Each fuzz target for FUZZ_RUNS executions, one after another.
+# Each fuzz target for FUZZ_RUNS executions, JOBS targets at a time.
 fuzz: build-fuzz
-	scripts/run-fuzz --build $(FUZZ_BUILD) --runs $(FUZZ_RUNS) --seconds $(FUZZ_MAX_TIME)
+	scripts/run-fuzz --build $(FUZZ_BUILD) --runs $(FUZZ_RUNS) --seconds $(FUZZ_MAX_TIME) --jobs $(JOBS)
 
 bench: build
 	@bench/run-benchmarks $(BUILD)
