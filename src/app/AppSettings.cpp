@@ -58,51 +58,55 @@ constexpr std::array<std::int32_t, kAddressColorCount + 1> kDefaultPalette = {
     0,
 };
 
+// The fields of each section, in file order, for reading (a SettingReader and a record to
+// fill) and for writing (a SettingWriter and a const record) alike.
+template <typename Io, typename General>
+void GeneralFields(Io& io, General& g) {
+  io.NumericBool("Multi Instance", g.MultiInstance);
+  io.Text("LastPath", g.LastPath);
+  io.Bool("Auto Refresh Enabled", g.AutoRefreshEnabled);
+  io.NumericBool("Block Skip", g.BlockSkip);
+  io.NumericBool("Colorize", g.Colorize);
+  io.Text("Font Name", g.FontName);
+  io.Double("Font Size", g.FontSize);
+  io.NumericBool("Font Bold", g.FontBold);
+  io.NumericBool("Font Italic", g.FontItalic);
+}
+
 void LoadGeneral(const SettingsStore& store, GeneralSettings& g) {
-  const SettingReader in(store, kGeneral);
-  in.NumericBool("Multi Instance", g.MultiInstance);
-  in.Text("LastPath", g.LastPath);
-  in.Bool("Auto Refresh Enabled", g.AutoRefreshEnabled);
-  in.NumericBool("Block Skip", g.BlockSkip);
-  in.NumericBool("Colorize", g.Colorize);
-  in.Text("Font Name", g.FontName);
-  in.Double("Font Size", g.FontSize);
-  in.NumericBool("Font Bold", g.FontBold);
-  in.NumericBool("Font Italic", g.FontItalic);
+  SettingReader in(store, kGeneral);
+  GeneralFields(in, g);
 }
 
 void SaveGeneral(SettingsStore& store, const GeneralSettings& g) {
   SettingWriter out(store, kGeneral);
-  out.NumericBool("Multi Instance", g.MultiInstance);
-  out.Text("LastPath", g.LastPath);
-  out.Bool("Auto Refresh Enabled", g.AutoRefreshEnabled);
-  out.NumericBool("Block Skip", g.BlockSkip);
-  out.NumericBool("Colorize", g.Colorize);
-  out.Text("Font Name", g.FontName);
-  out.Number("Font Size", g.FontSize);
-  out.NumericBool("Font Bold", g.FontBold);
-  out.NumericBool("Font Italic", g.FontItalic);
+  GeneralFields(out, g);
+}
+
+template <typename Io, typename Preferences>
+void PreferenceFields(Io& io, Preferences& p) {
+  io.Int32("Animate Delay", p.AnimateDelay);
+  io.Int32("Auto Refresh Delay", p.AutoRefreshDelay);
+  io.Int16("Entities Per Step", p.EntitiesPerStep);
+  io.Bool("Auto Show Entity Info", p.AutoShowEntityInfo);
+  io.Int32("EditorColor", p.EditorColor);
+  io.Bool("Always Caps", p.AlwaysCaps);
+  io.Bool("Enable Right Click Menu", p.EnableRightClickMenu);
+  io.Double("DXF Max Join Distance", p.DXFMaxJoinDistance);
+  io.Bool("Save Variables on Exit", p.SaveVariablesOnExit);
+  io.Bool("Warn on Feedrate 0", p.WarnOnFeedrate0);
+  io.Bool("Warn on Spindle Speed 0", p.WarnOnSpindleSpeed0);
+  io.Bool("Warn on Spindle OFF", p.WarnOnSpindleOff);
+  io.Int16("Warning Reset", p.WarningReset);
+  io.Bool("Plot When File Loaded", p.PlotWhenFileLoaded);
+  io.Bool("Zoom on View Change", p.ZoomOnViewChange);
+  io.Bool("Stop On M00", p.StopOnM00);
+  io.Int16("Display Precision", p.DisplayPrecision);
 }
 
 void LoadPreferences(const SettingsStore& store, PreferenceSettings& p) {
-  const SettingReader in(store, kPreferences);
-  in.Int32("Animate Delay", p.AnimateDelay);
-  in.Int32("Auto Refresh Delay", p.AutoRefreshDelay);
-  in.Int16("Entities Per Step", p.EntitiesPerStep);
-  in.Bool("Auto Show Entity Info", p.AutoShowEntityInfo);
-  in.Int32("EditorColor", p.EditorColor);
-  in.Bool("Always Caps", p.AlwaysCaps);
-  in.Bool("Enable Right Click Menu", p.EnableRightClickMenu);
-  in.Double("DXF Max Join Distance", p.DXFMaxJoinDistance);
-  in.Bool("Save Variables on Exit", p.SaveVariablesOnExit);
-  in.Bool("Warn on Feedrate 0", p.WarnOnFeedrate0);
-  in.Bool("Warn on Spindle Speed 0", p.WarnOnSpindleSpeed0);
-  in.Bool("Warn on Spindle OFF", p.WarnOnSpindleOff);
-  in.Int16("Warning Reset", p.WarningReset);
-  in.Bool("Plot When File Loaded", p.PlotWhenFileLoaded);
-  in.Bool("Zoom on View Change", p.ZoomOnViewChange);
-  in.Bool("Stop On M00", p.StopOnM00);
-  in.Int16("Display Precision", p.DisplayPrecision);
+  SettingReader in(store, kPreferences);
+  PreferenceFields(in, p);
   for (int i = 1; i <= kAddressColorCount; ++i) {
     in.Int32(AddressColorKey(i), p.AddressColors[static_cast<std::size_t>(i)]);
   }
@@ -110,23 +114,7 @@ void LoadPreferences(const SettingsStore& store, PreferenceSettings& p) {
 
 void SavePreferences(SettingsStore& store, const PreferenceSettings& p) {
   SettingWriter out(store, kPreferences);
-  out.Number("Animate Delay", p.AnimateDelay);
-  out.Number("Auto Refresh Delay", p.AutoRefreshDelay);
-  out.Number("Entities Per Step", p.EntitiesPerStep);
-  out.Bool("Auto Show Entity Info", p.AutoShowEntityInfo);
-  out.Number("EditorColor", p.EditorColor);
-  out.Bool("Always Caps", p.AlwaysCaps);
-  out.Bool("Enable Right Click Menu", p.EnableRightClickMenu);
-  out.Number("DXF Max Join Distance", p.DXFMaxJoinDistance);
-  out.Bool("Save Variables on Exit", p.SaveVariablesOnExit);
-  out.Bool("Warn on Feedrate 0", p.WarnOnFeedrate0);
-  out.Bool("Warn on Spindle Speed 0", p.WarnOnSpindleSpeed0);
-  out.Bool("Warn on Spindle OFF", p.WarnOnSpindleOff);
-  out.Number("Warning Reset", p.WarningReset);
-  out.Bool("Plot When File Loaded", p.PlotWhenFileLoaded);
-  out.Bool("Zoom on View Change", p.ZoomOnViewChange);
-  out.Bool("Stop On M00", p.StopOnM00);
-  out.Number("Display Precision", p.DisplayPrecision);
+  PreferenceFields(out, p);
 }
 
 void SaveAddressColors(SettingsStore& store, const PreferenceSettings& p) {
@@ -136,46 +124,35 @@ void SaveAddressColors(SettingsStore& store, const PreferenceSettings& p) {
   }
 }
 
+template <typename Io, typename TextToGCode>
+void TextToGCodeFields(Io& io, TextToGCode& t) {
+  io.Text("String", t.String);
+  io.Int16("Justify", t.Justify);
+  io.Double("Text Height", t.TextHeight);
+  io.Double("X Location", t.XLocation);
+  io.Double("Y Location", t.YLocation);
+  io.Double("Text Angle", t.TextAngle);
+  io.Bool("On Arc", t.OnArc);
+  io.Double("Radius", t.Radius);
+  io.Double("Start Angle", t.StartAngle);
+  io.Double("Z Retract", t.ZRetract);
+  io.Double("Z Approach", t.ZApproach);
+  io.Double("Z Depth", t.ZDepth);
+  io.Double("Feedrate", t.Feedrate);
+  io.Text("Font Name", t.FontName);
+  io.Bool("Font Bold", t.FontBold);
+  io.Bool("Font Italic", t.FontItalic);
+  io.Int16("Font Size", t.FontSize);
+}
+
 void LoadTextToGCode(const SettingsStore& store, TextToGCodeSettings& t) {
-  const SettingReader in(store, kTextToGCode);
-  in.Text("String", t.String);
-  in.Int16("Justify", t.Justify);
-  in.Double("Text Height", t.TextHeight);
-  in.Double("X Location", t.XLocation);
-  in.Double("Y Location", t.YLocation);
-  in.Double("Text Angle", t.TextAngle);
-  in.Bool("On Arc", t.OnArc);
-  in.Double("Radius", t.Radius);
-  in.Double("Start Angle", t.StartAngle);
-  in.Double("Z Retract", t.ZRetract);
-  in.Double("Z Approach", t.ZApproach);
-  in.Double("Z Depth", t.ZDepth);
-  in.Double("Feedrate", t.Feedrate);
-  in.Text("Font Name", t.FontName);
-  in.Bool("Font Bold", t.FontBold);
-  in.Bool("Font Italic", t.FontItalic);
-  in.Int16("Font Size", t.FontSize);
+  SettingReader in(store, kTextToGCode);
+  TextToGCodeFields(in, t);
 }
 
 void SaveTextToGCode(SettingsStore& store, const TextToGCodeSettings& t) {
   SettingWriter out(store, kTextToGCode);
-  out.Text("String", t.String);
-  out.Number("Justify", t.Justify);
-  out.Number("Text Height", t.TextHeight);
-  out.Number("X Location", t.XLocation);
-  out.Number("Y Location", t.YLocation);
-  out.Number("Text Angle", t.TextAngle);
-  out.Bool("On Arc", t.OnArc);
-  out.Number("Radius", t.Radius);
-  out.Number("Start Angle", t.StartAngle);
-  out.Number("Z Retract", t.ZRetract);
-  out.Number("Z Approach", t.ZApproach);
-  out.Number("Z Depth", t.ZDepth);
-  out.Number("Feedrate", t.Feedrate);
-  out.Text("Font Name", t.FontName);
-  out.Bool("Font Bold", t.FontBold);
-  out.Bool("Font Italic", t.FontItalic);
-  out.Number("Font Size", t.FontSize);
+  TextToGCodeFields(out, t);
 }
 
 std::string BandKey(int index, const char* what) {
@@ -266,20 +243,22 @@ void SaveWindowPlacement(SettingsStore& store, const WindowPlacement& placement)
   out.Number("WindowState", placement.WindowState);
 }
 
+template <typename Io, typename Band>
+void ToolbarBandFields(Io& io, int index, Band& band) {
+  io.Int16(BandKey(index, "Position"), band.Position);
+  io.NumericBool(BandKey(index, "New Row"), band.NewRow);
+  io.Int32(BandKey(index, "Width"), band.Width);
+  io.NumericBool(BandKey(index, "Visible"), band.Visible);
+}
+
 void LoadToolbarBand(const SettingsStore& store, int index, ToolbarBand& band) {
-  const SettingReader in(store, kToolbars);
-  in.Int16(BandKey(index, "Position"), band.Position);
-  in.NumericBool(BandKey(index, "New Row"), band.NewRow);
-  in.Int32(BandKey(index, "Width"), band.Width);
-  in.NumericBool(BandKey(index, "Visible"), band.Visible);
+  SettingReader in(store, kToolbars);
+  ToolbarBandFields(in, index, band);
 }
 
 void SaveToolbarBand(SettingsStore& store, int index, const ToolbarBand& band) {
   SettingWriter out(store, kToolbars);
-  out.Number(BandKey(index, "Position"), band.Position);
-  out.NumericBool(BandKey(index, "New Row"), band.NewRow);
-  out.Number(BandKey(index, "Width"), band.Width);
-  out.NumericBool(BandKey(index, "Visible"), band.Visible);
+  ToolbarBandFields(out, index, band);
 }
 
 }  // namespace zemtra

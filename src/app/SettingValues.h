@@ -43,6 +43,11 @@ class SettingWriter {
   void NumericBool(const std::string& key, bool value);  // "-1" / "0"
   void Number(const std::string& key, double value);     // shortest general form
   void Text(const std::string& key, const std::string& value);
+  // The reader's names, so that one field list can serve both directions.
+  void Int16(const std::string& key, std::int16_t value) { Number(key, value); }
+  void Int32(const std::string& key, std::int32_t value) { Number(key, value); }
+  void Double(const std::string& key, double value) { Number(key, value); }
+  void Float(const std::string& key, float value) { Number(key, value); }
 
  private:
   SettingsStore& store_;
