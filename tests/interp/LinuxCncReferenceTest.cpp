@@ -238,8 +238,10 @@ class LinuxCncReference : public ::testing::Test {
     SCOPED_TRACE(program.string());
     const fs::path config =
         fs::absolute(test::TestDataDir() / "linuxcnc-reference" / "reference.zmt");
-    const std::string canon = RunCommand("cd " + Quoted(work_) + " && " + Quoted(*rs274_) + " -g " +
-                                         Quoted(program) + " 2>&1");
+    // rs274 truncates and maps $HOME/.tool.mmap; a shared HOME lets parallel tests crash each
+    // other with SIGBUS, so each run has its own.
+    const std::string canon = RunCommand("cd " + Quoted(work_) + " && HOME=" + Quoted(work_) + " " +
+                                         Quoted(*rs274_) + " -g " + Quoted(program) + " 2>&1");
     const std::string json =
         RunCommand("ZEMTRA_HOME=" + Quoted(work_ / "home") + " " + Quoted(*cli_) + " plot " +
                    Quoted(program) + " --json --config " + Quoted(config) + " 2>/dev/null");
