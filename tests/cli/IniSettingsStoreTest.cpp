@@ -2,8 +2,9 @@
 
 #include <gtest/gtest.h>
 
-#include <filesystem>
 #include <string>
+
+#include "support/ScratchFolder.h"
 
 namespace zemtra {
 namespace {
@@ -48,8 +49,7 @@ TEST(IniSettingsStore, ReadsTheFileTheDesktopProgramWrites) {
 }
 
 TEST(IniSettingsStore, SaveAndLoadRoundTrip) {
-  const auto folder = std::filesystem::temp_directory_path() / "zemtra-ini-test";
-  std::filesystem::remove_all(folder);
+  const test::ScratchFolder folder;
   const auto file = folder / "Zemtra" / "Zemtra.conf";
   IniSettingsStore store(file);
   ASSERT_TRUE(store.Load());  // no file yet: an empty store
@@ -65,7 +65,6 @@ TEST(IniSettingsStore, SaveAndLoadRoundTrip) {
   EXPECT_EQ(again.GetSetting("Subprograms", "Program 100"), "/cnc/O100.nc");
   again.DeleteSetting("Subprograms");
   EXPECT_TRUE(again.GetAllSettings("Subprograms").empty());
-  std::filesystem::remove_all(folder);
 }
 
 }  // namespace

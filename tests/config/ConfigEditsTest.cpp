@@ -3,7 +3,7 @@
 #include <map>
 
 #include "config/ConfigEdits.h"
-#include "config/ConfigTestFolder.h"
+#include "support/ScratchFolder.h"
 #include "core/RecordingHost.h"
 #include "support/TestSupport.h"
 
@@ -11,7 +11,7 @@ namespace zemtra {
 namespace {
 
 namespace fs = std::filesystem;
-using test::ConfigTestFolder;
+using test::ScratchFolder;
 
 TEST(ConfigEdits, MacroGCodeIsAddedOnceAsTenTimesTheNumberTyped) {
   MachineConfig record;
@@ -55,7 +55,7 @@ class SaveAs : public ::testing::Test {
     ASSERT_TRUE(LoadConfig(path, record_, host, folder_.path()));
   }
   const VariableReader zeros_ = [](int) { return std::string("0"); };
-  ConfigTestFolder folder_;
+  ScratchFolder folder_;
   MachineConfig record_;
 };
 
@@ -102,7 +102,7 @@ VariableReader OffsetsOf(const MachineConfig& record) {
 TEST(ShippedConfigs, SaveByteForByteAsLoaded) {
   if (test::SourceDataDir().empty()) GTEST_SKIP() << "source data folder unknown";
   for (const char* name : {"default", "Lathe"}) {
-    ConfigTestFolder folder;
+    ScratchFolder folder;
     const fs::path shipped = ConfigFilePath(test::SourceDataDir(), name);
     const auto loadAndSave = [&folder, name](const fs::path& from, const std::string& to) {
       std::string path = from.string();

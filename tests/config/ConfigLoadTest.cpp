@@ -3,26 +3,27 @@
 #include <random>
 
 #include "config/ConfigFile.h"
-#include "config/ConfigTestFolder.h"
+#include "support/ScratchFolder.h"
+#include "support/TestSupport.h"
 #include "core/RecordingHost.h"
 
 namespace zemtra {
 namespace {
 
-using test::ConfigTestFolder;
+using test::ScratchFolder;
 
-MachineConfig ReadText(std::string_view text, std::vector<std::string>* warnings = nullptr) {
+MachineConfig ReadFileBytes(std::string_view text, std::vector<std::string>* warnings = nullptr) {
   MachineConfig record;
   ReadConfigRecord(ConfigText(text), record, warnings);
   return record;
 }
 
 std::vector<std::int16_t> MacroCodes(std::string_view options) {
-  return ReadText("[OPTIONS]\r\n" + std::string(options) + "\r\n").ExternalGCodeMacros;
+  return ReadFileBytes("[OPTIONS]\r\n" + std::string(options) + "\r\n").ExternalGCodeMacros;
 }
 
 TEST(LoadConfig, MachineSectionAloneGivesEveryDefault) {
-  ConfigTestFolder folder;
+  ScratchFolder folder;
   std::string path = folder.Write("CONFIG/Mill 3.zmt", "[MACHINE]\r\n");
   RecordingHost host;
   MachineConfig record;
@@ -54,7 +55,7 @@ TEST(LoadConfig, MachineSectionAloneGivesEveryDefault) {
 }
 
 TEST(LoadConfig, FileWithoutSectionsLoadsLikeTheDefaults) {
-  EXPECT_EQ(ReadText("Machine Type = 1\r\nArc Tolerance = 5\r\n"), ReadText("[MACHINE]\r\n"));
+  EXPECT_EQ(ReadFileBytes("Machine Type = 1\r\nArc Tolerance = 5\r\n"), ReadFileBytes("[MACHINE]\r\n"));
 }
 
 TEST(LoadConfig, MacroListStopsAtTheFirstZero) {
@@ -68,7 +69,7 @@ TEST(LoadConfig, MacroListStopsAtTheFirstZero) {
 }
 
 TEST(LoadConfig, ToolColoursEndAtTheFirstGap) {
-  const MachineConfig record = ReadText(
+  const MachineConfig record = ReadFileBytes(
       "[COLORS]\r\nUnspecified Tool Color = 255\r\nTool Color 01 = 65280\r\n"
       "Tool Color 03 = 16711680\r\n");
   EXPECT_EQ(record.ToolColors, (std::vector<ColorValue>{255, 65280}));
@@ -76,7 +77,7 @@ TEST(LoadConfig, ToolColoursEndAtTheFirstGap) {
 
 TEST(LoadConfig, ConversionsOfEachKind) {
   std::vector<std::string> warnings;
-  const MachineConfig record = ReadText(
+  const MachineConfig record = ReadFileBytes(
       "[MACHINE]\r\nMachine Type = 1.5 lathe\r\nMill Type = 99999\r\nLathe X Diameter = 2\r\n"
       "Lathe Reverse Arcs = yes\r\n"
       "[OPTIONS]\r\nRapid Type = 300\r\nAbsolute Arc Center =  -1 \r\nModal IJK = 0.4\r\n"
@@ -113,7 +114,7 @@ TEST(LoadConfig, BinaryGarbageLoadsWithoutHarm) {
   std::string bytes;
   for (int i = 0; i < 200000; ++i) bytes += static_cast<char>(random() % 256);
   bytes += std::string("\r\n[COLORS]\r\nTool Color 01 = \0\x01\r\n[\r\n]\r\n", 38);
-  ConfigTestFolder folder;
+  ScratchFolder folder;
   std::string path = folder.Write("junk.zmt", bytes);
   RecordingHost host;
   MachineConfig record;
@@ -122,7 +123,7 @@ TEST(LoadConfig, BinaryGarbageLoadsWithoutHarm) {
 }
 
 TEST(LoadConfig, MissingFileAsksForAnotherAndKeepsTheMissingName) {
-  ConfigTestFolder folder;
+  ScratchFolder folder;
   const std::string chosen = folder.Write("CONFIG/lathe.zmt", "[MACHINE]\r\nMachine Type = 1\r\n");
   const std::string missing = (folder.path() / "CONFIG" / "gone.zmt").string();
   RecordingHost host;
@@ -145,7 +146,7 @@ TEST(LoadConfig, MissingFileAsksForAnotherAndKeepsTheMissingName) {
 }
 
 TEST(LoadConfig, CancelledChoiceReturnsFalseWithTheRecordCleared) {
-  ConfigTestFolder folder;
+  ScratchFolder folder;
   RecordingHost host;
   std::string path = (folder.path() / "nothing.zmt").string();
   MachineConfig record;
@@ -159,7 +160,7 @@ TEST(LoadConfig, CancelledChoiceReturnsFalseWithTheRecordCleared) {
 }
 
 TEST(LoadConfig, EmptyPathFindsTheDefaultFileWhateverItsCase) {
-  ConfigTestFolder folder;
+  ScratchFolder folder;
   const std::string file = folder.Write("Config/Default.ZMT", "[OPTIONS]\r\nModal IJK = -1\r\n");
   RecordingHost host;
   std::string path;

@@ -5,14 +5,14 @@
 #include <map>
 
 #include "config/ConfigFile.h"
-#include "config/ConfigTestFolder.h"
+#include "support/ScratchFolder.h"
 #include "core/RecordingHost.h"
 #include "support/TestSupport.h"
 
 namespace zemtra {
 namespace {
 
-using test::ConfigTestFolder;
+using test::ScratchFolder;
 
 // A variable store holding a few offsets as text; every other variable is null.
 VariableReader StoreWith(std::map<int, std::string> values) {
@@ -109,7 +109,7 @@ TEST(SaveConfig, WritesEverySectionInItsFormat) {
 }
 
 TEST(SaveConfig, SavedFileLoadsBackToTheSameRecord) {
-  ConfigTestFolder folder;
+  ScratchFolder folder;
   const std::string path = (folder.path() / "Full.zmt").string();
   MachineConfig record = FullRecord();
   std::string error;
@@ -128,7 +128,7 @@ TEST(SaveConfig, SavedFileLoadsBackToTheSameRecord) {
 }
 
 TEST(SaveConfig, EmptyLineOfTheLayerHeaderIsLost) {
-  ConfigTestFolder folder;
+  ScratchFolder folder;
   const std::string path = (folder.path() / "h.zmt").string();
   MachineConfig record;
   record.DXFDefaults.Header = "G90\r\n\r\nM3\r\n";
@@ -140,7 +140,7 @@ TEST(SaveConfig, EmptyLineOfTheLayerHeaderIsLost) {
 }
 
 TEST(SaveConfig, ReplacesTheFileKeepingItsPermissionsAndLeavesNoTemporaryFile) {
-  ConfigTestFolder folder;
+  ScratchFolder folder;
   const std::string path = folder.Write("m.zmt", "old");
   ::chmod(path.c_str(), 0640);
   ASSERT_TRUE(SaveConfig(path, MachineConfig{}, StoreWith({})));
@@ -152,7 +152,7 @@ TEST(SaveConfig, ReplacesTheFileKeepingItsPermissionsAndLeavesNoTemporaryFile) {
 }
 
 TEST(SaveConfig, UnwritableFolderFailsWithAReason) {
-  ConfigTestFolder folder;
+  ScratchFolder folder;
   const std::string path = (folder.path() / "no such folder" / "m.zmt").string();
   std::string error;
   EXPECT_FALSE(SaveConfig(path, MachineConfig{}, StoreWith({}), &error));

@@ -2,13 +2,14 @@
 
 #include <gtest/gtest.h>
 
-#include "ScratchFolder.h"
+#include "support/ScratchFolder.h"
+#include "support/TestSupport.h"
 
 namespace zemtra {
 namespace {
 
 namespace fs = std::filesystem;
-using test::ReadText;
+using test::ReadFileBytes;
 using test::ScopedEnv;
 using test::ScratchFolder;
 using test::WriteText;
@@ -56,17 +57,17 @@ class SeedFolderTest : public ::testing::Test {
 TEST_F(SeedFolderTest, FillsWhatIsMissingAndKeepsTheUsersFiles) {
   std::string error;
   EXPECT_TRUE(SeedFolder(from(), to(), &error)) << error;
-  EXPECT_EQ(ReadText(to() / "Config" / "default.zmt"), "user");
-  EXPECT_EQ(ReadText(to() / "Config" / "G810.PRG"), "cycle");
+  EXPECT_EQ(ReadFileBytes(to() / "Config" / "default.zmt"), "user");
+  EXPECT_EQ(ReadFileBytes(to() / "Config" / "G810.PRG"), "cycle");
   EXPECT_FALSE(fs::exists(to() / "CONFIG"));  // the user's spelling of the folder is kept
-  EXPECT_EQ(ReadText(to() / "DNC" / "fanuc.rs"), "rs");
-  EXPECT_EQ(ReadText(to() / "demo.nc"), "G0 X0");
+  EXPECT_EQ(ReadFileBytes(to() / "DNC" / "fanuc.rs"), "rs");
+  EXPECT_EQ(ReadFileBytes(to() / "demo.nc"), "G0 X0");
 
   fs::remove(to() / "Config" / "G810.PRG");
   WriteText(to() / "demo.nc", "edited");
   EXPECT_TRUE(SeedFolder(from(), to(), &error)) << error;
-  EXPECT_EQ(ReadText(to() / "Config" / "G810.PRG"), "cycle");
-  EXPECT_EQ(ReadText(to() / "demo.nc"), "edited");
+  EXPECT_EQ(ReadFileBytes(to() / "Config" / "G810.PRG"), "cycle");
+  EXPECT_EQ(ReadFileBytes(to() / "demo.nc"), "edited");
 }
 
 TEST_F(SeedFolderTest, ManualsFollowTheShippedOnes) {
@@ -74,9 +75,9 @@ TEST_F(SeedFolderTest, ManualsFollowTheShippedOnes) {
   WriteText(to() / "manuals" / "Zemtra Manual.md", "old manual");
   WriteText(to() / "manuals" / "notes.md", "mine");
   ASSERT_TRUE(SeedFolder(from(), to()));
-  EXPECT_EQ(ReadText(to() / "manuals" / "Zemtra Manual.md"), "new manual");
-  EXPECT_EQ(ReadText(to() / "manuals" / "notes.md"), "mine");
-  EXPECT_EQ(ReadText(to() / "Config" / "default.zmt"), "user");
+  EXPECT_EQ(ReadFileBytes(to() / "manuals" / "Zemtra Manual.md"), "new manual");
+  EXPECT_EQ(ReadFileBytes(to() / "manuals" / "notes.md"), "mine");
+  EXPECT_EQ(ReadFileBytes(to() / "Config" / "default.zmt"), "user");
 }
 
 TEST_F(SeedFolderTest, CopiesOfReadOnlyFilesAreWritable) {
@@ -87,11 +88,11 @@ TEST_F(SeedFolderTest, CopiesOfReadOnlyFilesAreWritable) {
 
 TEST_F(SeedFolderTest, IntoItselfOrBelowItselfEnds) {
   EXPECT_TRUE(SeedFolder(from(), from()));
-  EXPECT_EQ(ReadText(from() / "CONFIG" / "default.zmt"), "shipped");
+  EXPECT_EQ(ReadFileBytes(from() / "CONFIG" / "default.zmt"), "shipped");
 
   const fs::path inside = from() / "home";
   EXPECT_TRUE(SeedFolder(from(), inside));
-  EXPECT_EQ(ReadText(inside / "CONFIG" / "G810.PRG"), "cycle");
+  EXPECT_EQ(ReadFileBytes(inside / "CONFIG" / "G810.PRG"), "cycle");
   EXPECT_FALSE(fs::exists(inside / "home"));
 }
 

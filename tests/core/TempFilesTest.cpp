@@ -4,7 +4,7 @@
 
 #include <set>
 
-#include "ScratchFolder.h"
+#include "support/ScratchFolder.h"
 #include "core/TextUtil.h"
 
 namespace zemtra {

@@ -4,7 +4,8 @@
 
 #include "core/RecordingHost.h"
 #include "editor/DocumentPrograms.h"
-#include "editor/EditorTestFiles.h"
+#include "support/ScratchFolder.h"
+#include "support/TestSupport.h"
 
 namespace zemtra {
 namespace {
@@ -30,12 +31,12 @@ TEST(DocumentPrograms, ListingHasOneRowPerProgram) {
 }
 
 TEST(DocumentPrograms, SaveSeparateWritesOneFilePerProgram) {
-  test::EditorScratch scratch;
+  test::ScratchFolder scratch;
   RecordingHost host;
   EXPECT_EQ(SaveSeparatePrograms(kTwoPrograms, scratch.path().string(), TextEncoding::Utf8, host),
             2);
-  EXPECT_EQ(test::ReadBytes(scratch / "O1000.TXT"), "%\r\nO1000 ( FIRST PART )\r\nG0 X1\r\n%\r\n");
-  EXPECT_EQ(test::ReadBytes(scratch / "O20.TXT"), "%\r\n: 20(SECOND)\r\nM30\r\n");  // no "%"
+  EXPECT_EQ(test::ReadFileBytes(scratch / "O1000.TXT"), "%\r\nO1000 ( FIRST PART )\r\nG0 X1\r\n%\r\n");
+  EXPECT_EQ(test::ReadFileBytes(scratch / "O20.TXT"), "%\r\n: 20(SECOND)\r\nM30\r\n");  // no "%"
 
   // Nothing is written for a text without programs, nor for no folder.
   EXPECT_EQ(
@@ -48,7 +49,7 @@ TEST(DocumentPrograms, SaveSeparateWritesOneFilePerProgram) {
   EXPECT_EQ(SaveSeparatePrograms("O5 (\xC3\xA4)\r\n", scratch.path().string(), TextEncoding::Latin1,
                                  host),
             1);
-  EXPECT_EQ(test::ReadBytes(scratch / "O5.TXT"), "%\r\nO5 (\xE4)\r\n");
+  EXPECT_EQ(test::ReadFileBytes(scratch / "O5.TXT"), "%\r\nO5 (\xE4)\r\n");
 
   EXPECT_EQ(
       SaveSeparatePrograms(kTwoPrograms, (scratch / "missing").string(), TextEncoding::Utf8, host),

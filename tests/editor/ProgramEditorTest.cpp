@@ -6,14 +6,14 @@
 #include <vector>
 
 #include "core/RecordingHost.h"
-#include "editor/EditorTestFiles.h"
 #include "editor/ProgramEditor.h"
+#include "support/ScratchFolder.h"
+#include "support/TestSupport.h"
 
 namespace zemtra {
 namespace {
 
-using test::ReadBytes;
-using test::WriteBytes;
+using test::WriteText;
 
 class EditorFileTest : public ::testing::Test {
  protected:
@@ -26,7 +26,7 @@ class EditorFileTest : public ::testing::Test {
     };
   }
 
-  test::EditorScratch scratch;
+  test::ScratchFolder scratch;
   RecordingHost host;
   ProgramEditor editor{host};
   int saveAsCalls = 0;
@@ -56,19 +56,19 @@ TEST_F(EditorFileTest, LoadAndSaveKeepEveryCharacter) {
   };
   for (const auto& c : cases) {
     const std::string path = PathOf("part.nc");
-    WriteBytes(path, c.bytes);
+    WriteText(path, c.bytes);
     ASSERT_TRUE(editor.LoadSourceFile(path)) << c.name;
     EXPECT_FALSE(editor.Document.DocumentModified()) << c.name;
     EXPECT_FALSE(editor.Undo.CanUndo()) << c.name;
     ASSERT_TRUE(editor.SaveSourceFile(nullptr)) << c.name;
-    EXPECT_EQ(ReadBytes(path), c.saved) << c.name;
+    EXPECT_EQ(test::ReadFileBytes(path), c.saved) << c.name;
   }
   EXPECT_TRUE(host.shown.empty());
 }
 
 TEST_F(EditorFileTest, LoadReportsProgressAndCollectsDirectives) {
   const std::string path = PathOf("lathe.nc");
-  WriteBytes(path, "O0001\n(## ZMTSetConfig \"Lathe\")\nG0 X1\n(## Later)\n");
+  WriteText(path, "O0001\n(## ZMTSetConfig \"Lathe\")\nG0 X1\n(## Later)\n");
   ASSERT_TRUE(editor.LoadSourceFile(path));
   EXPECT_EQ(editor.HeaderDirectives(), (std::vector<std::string>{"ZMTSetConfig \"Lathe\""}));
   EXPECT_EQ(editor.Document.CurrentFile(), path);
@@ -87,14 +87,14 @@ TEST_F(EditorFileTest, LoadReportsProgressAndCollectsDirectives) {
 
 TEST_F(EditorFileTest, EditsAreSavedAndTheSaveKeepsPermissions) {
   const std::string path = PathOf("part.nc");
-  WriteBytes(path, "G1 X1\r\n");
+  WriteText(path, "G1 X1\r\n");
   std::filesystem::permissions(path, std::filesystem::perms(0640));
   ASSERT_TRUE(editor.LoadSourceFile(path));
   editor.Document.ReplaceRange(0, 0, "N10 ");
   EXPECT_TRUE(editor.Document.DocumentModified());
   ASSERT_TRUE(editor.SaveSourceFile(nullptr));
   EXPECT_FALSE(editor.Document.DocumentModified());
-  EXPECT_EQ(ReadBytes(path), "N10 G1 X1\r\n");
+  EXPECT_EQ(test::ReadFileBytes(path), "N10 G1 X1\r\n");
   EXPECT_EQ(std::filesystem::status(path).permissions(), std::filesystem::perms(0640));
   // No temporary file is left beside it.
   EXPECT_EQ(std::distance(std::filesystem::directory_iterator(scratch.path()), {}), 1);
@@ -103,7 +103,7 @@ TEST_F(EditorFileTest, EditsAreSavedAndTheSaveKeepsPermissions) {
 TEST_F(EditorFileTest, FailedSaveLeavesTheFileIntact) {
   const std::string path = PathOf("big.nc");
   const std::string original = "G1 X1\r\n";
-  WriteBytes(path, original);
+  WriteText(path, original);
   ASSERT_TRUE(editor.LoadSourceFile(path));
   editor.Document.ReplaceRange(0, 0, std::string(64 * 1024, 'X'));
 
@@ -119,7 +119,7 @@ TEST_F(EditorFileTest, FailedSaveLeavesTheFileIntact) {
   std::signal(SIGXFSZ, previous);
 
   EXPECT_FALSE(saved);
-  EXPECT_EQ(ReadBytes(path), original);
+  EXPECT_EQ(test::ReadFileBytes(path), original);
   EXPECT_TRUE(editor.Document.DocumentModified());
   EXPECT_EQ(std::distance(std::filesystem::directory_iterator(scratch.path()), {}), 1);
   ASSERT_EQ(host.shown.size(), 1u);
@@ -136,7 +136,7 @@ TEST_F(EditorFileTest, FailedSaveLeavesTheFileIntact) {
 
 TEST_F(EditorFileTest, ReadOnlyFileIsSavedUnderANewName) {
   const std::string path = PathOf("locked.nc");
-  WriteBytes(path, "G1\r\n");
+  WriteText(path, "G1\r\n");
   std::filesystem::permissions(path, std::filesystem::perms(0444));
   ASSERT_TRUE(editor.LoadSourceFile(path));
   editor.Document.ReplaceRange(0, 0, "N1 ");
@@ -149,8 +149,8 @@ TEST_F(EditorFileTest, ReadOnlyFileIsSavedUnderANewName) {
   host.queueAnswer(MsgAnswer::Ok);
   EXPECT_TRUE(editor.SaveSourceFile(SaveAsTo("copy.nc")));
   EXPECT_EQ(saveAsCalls, 1);
-  EXPECT_EQ(ReadBytes(path), "G1\r\n");
-  EXPECT_EQ(ReadBytes(PathOf("copy.nc")), "N1 G1\r\n");
+  EXPECT_EQ(test::ReadFileBytes(path), "G1\r\n");
+  EXPECT_EQ(test::ReadFileBytes(PathOf("copy.nc")), "N1 G1\r\n");
   EXPECT_EQ(editor.Document.CurrentFile(), PathOf("copy.nc"));
 }
 
@@ -173,20 +173,20 @@ TEST_F(EditorFileTest, SavePromptLosesNoText) {
 
   host.queueAnswer(MsgAnswer::Yes);
   EXPECT_TRUE(editor.PromptSaveChanges(SaveAsTo("new.nc")));
-  EXPECT_EQ(ReadBytes(PathOf("new.nc")), "G1");
+  EXPECT_EQ(test::ReadFileBytes(PathOf("new.nc")), "G1");
   EXPECT_FALSE(editor.Document.DocumentModified());
 
   editor.Document.ReplaceRange(2, 0, " X1");
   host.queueAnswer(MsgAnswer::Yes);
   EXPECT_TRUE(editor.PromptSaveChanges(nullptr));
   EXPECT_EQ(host.lastText(), "Save Changes to:\r\n" + PathOf("new.nc"));
-  EXPECT_EQ(ReadBytes(PathOf("new.nc")), "G1 X1");
+  EXPECT_EQ(test::ReadFileBytes(PathOf("new.nc")), "G1 X1");
 }
 
 TEST_F(EditorFileTest, RichTextFilesKeepTheirKind) {
   editor.Document.SetText("(caf\xC3\xA9 {x})\r\nG1 X1\r\n");
   ASSERT_TRUE(editor.SaveFileAs(PathOf("part.rtf"), FileKind::Rich));
-  EXPECT_TRUE(ReadBytes(PathOf("part.rtf")).starts_with("{\\rtf1"));
+  EXPECT_TRUE(test::ReadFileBytes(PathOf("part.rtf")).starts_with("{\\rtf1"));
   ProgramEditor other(host);
   other.ColorizeEnabled = false;
   ASSERT_TRUE(other.LoadSourceFile(PathOf("part.rtf")));
@@ -195,8 +195,8 @@ TEST_F(EditorFileTest, RichTextFilesKeepTheirKind) {
 }
 
 TEST_F(EditorFileTest, InsertFilesAtTheSelection) {
-  WriteBytes(PathOf("a.nc"), "G1\r\r\nG2");
-  WriteBytes(PathOf("b.nc"), "G3\n");
+  WriteText(PathOf("a.nc"), "G1\r\r\nG2");
+  WriteText(PathOf("b.nc"), "G3\n");
   editor.Document.SetText("N1\r\nN2\r\n");
   editor.Document.SetSelection(4, 0);
   ASSERT_TRUE(editor.InsertFiles({PathOf("a.nc"), PathOf("b.nc")}));
@@ -207,7 +207,7 @@ TEST_F(EditorFileTest, InsertFilesAtTheSelection) {
 
 TEST_F(EditorFileTest, ClosingLeavesAnUntitledEmptyDocument) {
   const std::string path = PathOf("part.nc");
-  WriteBytes(path, "G1\r\n");
+  WriteText(path, "G1\r\n");
   ASSERT_TRUE(editor.LoadSourceFile(path));
   editor.Document.ReplaceRange(0, 0, "X");
   editor.CloseDocument();

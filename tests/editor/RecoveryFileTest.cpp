@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "editor/EditorTestFiles.h"
+#include "support/ScratchFolder.h"
 #include "editor/RecoveryFile.h"
 
 namespace zemtra {
@@ -76,7 +76,7 @@ TEST(RecoveryFile, NameIsTheFileNameOrUntitled) {
 
 class RecoveryFolderTest : public ::testing::Test {
  protected:
-  test::EditorScratch scratch;
+  test::ScratchFolder scratch;
   fs::path folder = scratch / "state" / "recovery";  // made by the first write
 };
 
@@ -128,7 +128,7 @@ TEST_F(RecoveryFolderTest, SeveralInstancesKeepTheirOwnFiles) {
     RecoveryWriter ended(folder, id);
     ASSERT_TRUE(ended.Write(SampleRecord("", time, id), error));
   }
-  test::WriteBytes(folder / "notes.recovery", "not a recovery file");
+  test::WriteText(folder / "notes.recovery", "not a recovery file");
   {
     const std::vector<OrphanedRecovery> found = FindOrphanedRecoveries(folder);
     ASSERT_EQ(found.size(), 3u);
@@ -141,7 +141,7 @@ TEST_F(RecoveryFolderTest, SeveralInstancesKeepTheirOwnFiles) {
 }
 
 TEST_F(RecoveryFolderTest, UnwritableFolderFailsWithAReason) {
-  test::WriteBytes(scratch / "blocked", "a file where the folder should be");
+  test::WriteText(scratch / "blocked", "a file where the folder should be");
   RecoveryWriter writer(scratch / "blocked" / "recovery", "one");
   FileError error;
   EXPECT_FALSE(writer.Write(SampleRecord("", 1, "text"), error));

@@ -2,14 +2,12 @@
 // run through the interpreter and the plot driver.
 #include <gtest/gtest.h>
 
-#include <filesystem>
-#include <fstream>
 #include <string>
 #include <vector>
 
 #include "PlotFixture.h"
 #include "interp/InterpMessages.h"
-#include <unistd.h>
+#include "support/ScratchFolder.h"
 
 namespace zemtra {
 namespace {
@@ -175,21 +173,16 @@ TEST(Subprograms, IgnoreSettings) {
 
 TEST(Subprograms, ErrorsInsideACalledFileNameTheFile) {
   PlotFixture fx;
-  const auto folder = std::filesystem::temp_directory_path() / "zemtra-calls-test";
-  std::filesystem::create_directories(folder);
-  { std::ofstream(folder / "O4321.nc") << "G0 X1.\r\nG1 X2. Y#[1/0]\r\nM99\r\n"; }
+  const test::ScratchFolder folder;
+  const std::string file = folder.Write("O4321.nc", "G0 X1.\r\nG1 X2. Y#[1/0]\r\nM99\r\n");
   SubprogramSettings settings;
-  settings.DefaultSubPath = folder.string();
+  settings.DefaultSubPath = folder.path().string();
   fx.interpreter.SetSubprogramSettings(settings);
   fx.Plot("G0X0|M98P4321|M30");
   ASSERT_EQ(fx.host.shown.size(), 1u);
   const std::string& text = fx.host.shown[0].prompt.text;
-  EXPECT_EQ(text.rfind("Error in subprogram:\r\n" + (folder / "O4321.nc").string() +
-                           "\r\n\r\nG1 X2. Y#[1/0]\r\n",
-                       0),
-            0u)
+  EXPECT_EQ(text.rfind("Error in subprogram:\r\n" + file + "\r\n\r\nG1 X2. Y#[1/0]\r\n", 0), 0u)
       << text;
-  std::filesystem::remove_all(folder);
 }
 
 // --- Canned cycles and external macros -------------------------------------------------------
@@ -286,20 +279,16 @@ TEST(CannedCycles, MissingFilesStopAtTheFirstMove) {
 // A machine folder of the test's own, with the macro files each case needs.
 class MachineFolder {
  public:
-  MachineFolder() { std::filesystem::create_directories(root_ / "CONFIG" / "default"); }
-  ~MachineFolder() { std::filesystem::remove_all(root_); }
-  void Write(const std::string& name, const std::string& text) {
-    std::ofstream(root_ / "CONFIG" / "default" / name, std::ios::binary) << text;
+  void Write(const std::string& name, const std::string& text) const {
+    folder_.Write("CONFIG/default/" + name, text);
   }
   std::string Path(const std::string& name) const {
-    return (root_ / "CONFIG" / "default" / name).string();
+    return (folder_ / "CONFIG" / "default" / name).string();
   }
-  std::string Root() const { return root_.string(); }
+  std::string Root() const { return folder_.path().string(); }
 
  private:
-  std::filesystem::path root_ = std::filesystem::temp_directory_path() /
-                               ("zemtra-machine-test-" + std::to_string(::getpid()) + "-" +
-                                ::testing::UnitTest::GetInstance()->current_test_info()->name());
+  test::ScratchFolder folder_;
 };
 
 TEST(CannedCycles, ErrorsInACycleFileNameTheFileAndLine) {

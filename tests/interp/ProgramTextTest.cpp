@@ -1,11 +1,10 @@
 #include <gtest/gtest.h>
 
-#include <filesystem>
-#include <fstream>
 #include <string>
 #include <vector>
 
 #include "macro/ProgramText.h"
+#include "support/ScratchFolder.h"
 
 namespace zemtra {
 namespace {
@@ -59,20 +58,17 @@ TEST(ProgramText, EmptyTextHasNoLines) {
 }
 
 TEST(ProgramText, LoadsFilesByteForByte) {
-  const auto folder = std::filesystem::temp_directory_path() / "zemtra-programtext-test";
-  std::filesystem::create_directories(folder);
-  const auto path = folder / "bytes.nc";
+  const test::ScratchFolder folder;
   const std::string bytes = std::string("G1\0X1\xE9\r\n", 9) + std::string(200000, 'Y');
-  std::ofstream(path, std::ios::binary) << bytes;
+  const std::string path = folder.Write("bytes.nc", bytes);
   ProgramText text;
   std::string error;
   ASSERT_TRUE(ProgramText::LoadFile(path, text, error)) << error;
   EXPECT_EQ(text.Bytes(), bytes);
-  EXPECT_EQ(text.FileName(), path.string());
+  EXPECT_EQ(text.FileName(), path);
   EXPECT_FALSE(ProgramText::LoadFile(folder / "missing.nc", text, error));
   EXPECT_FALSE(error.empty());
-  EXPECT_FALSE(ProgramText::LoadFile(folder, text, error));
-  std::filesystem::remove_all(folder);
+  EXPECT_FALSE(ProgramText::LoadFile(folder.path(), text, error));
 }
 
 }  // namespace

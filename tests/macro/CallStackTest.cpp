@@ -4,8 +4,6 @@
 
 #include <array>
 #include <filesystem>
-#include <fstream>
-#include <random>
 
 #include "MacroRunner.h"
 #include "core/NumberText.h"
@@ -13,36 +11,14 @@
 #include "macro/Evaluator.h"
 #include "macro/MacroStatement.h"
 #include "macro/ProgramText.h"
+#include "support/ScratchFolder.h"
 
 namespace zemtra {
 namespace {
 
 namespace fs = std::filesystem;
 
-// A folder of its own under the temporary folder, removed afterwards.
-class ScratchFolder {
- public:
-  ScratchFolder() {
-    path_ = fs::temp_directory_path() / ("zemtra-calls-" + std::to_string(std::random_device()()));
-    fs::remove_all(path_);
-    fs::create_directories(path_);
-  }
-  ~ScratchFolder() {
-    std::error_code error;
-    fs::remove_all(path_, error);
-  }
-  const fs::path& Path() const { return path_; }
-  std::string Write(const std::string& relative, const std::string& text) const {
-    const fs::path file = path_ / relative;
-    fs::create_directories(file.parent_path());
-    std::ofstream(file, std::ios::binary) << text;
-    return file.string();
-  }
-
- private:
-  fs::path path_;
-};
-
+using test::ScratchFolder;
 using test::Letters;
 
 // Runs a program with calls the way the interpreter does, recording the X of every block
@@ -244,11 +220,11 @@ TEST_F(CallStackTest, SubprogramsAreFoundInTheirSearchOrder) {
   folder.Write("work/lib/O500", "X5\nM99\n");
   folder.Write("work/O600.nc", "M98 P700\nM99\n");
   folder.Write("work/O700.nc", "X7\nM99\n");
-  const std::string document = (folder.Path() / "work" / "part.nc").string();
+  const std::string document = (folder.path() / "work" / "part.nc").string();
 
   SubprogramSettings settings;
-  settings.SubProgramFiles = {{100, assigned}, {200, (folder.Path() / "none.nc").string()}};
-  settings.DefaultSubPath = (folder.Path() / "default/").string();
+  settings.SubProgramFiles = {{100, assigned}, {200, (folder.path() / "none.nc").string()}};
+  settings.DefaultSubPath = (folder.path() / "default/").string();
   calls.SetSettings(settings);
   Load("M98 P100\nM98 P200\nM98 P300\nM98 P100\nM30\n", document);
   EXPECT_EQ(Run(), "1 2 30 1");
@@ -289,8 +265,8 @@ TEST(FindProgramFileTest, TakesTheNamesOfOneProgramNumber) {
        {"o1000.nc", "O1000", "O10000.nc", "O1000A.nc", "Q1000", "O0042.tap", "O.nc", "O7x"}) {
     folder.Write(name, "M99\n");
   }
-  fs::create_directories(folder.Path() / "O55");
-  const std::string base = folder.Path().string();
+  fs::create_directories(folder.path() / "O55");
+  const std::string base = folder.path().string();
   EXPECT_EQ(CallStack::FindProgramFile(1000, base), base + "/O1000");
   EXPECT_EQ(CallStack::FindProgramFile(1000, base + "/"), base + "/O1000");
   EXPECT_EQ(CallStack::FindProgramFile(10000, base), base + "/O10000.nc");
@@ -305,9 +281,9 @@ TEST_F(CallStackTest, MachineMacroFilesAreFoundWithoutRegardToCase) {
   ScratchFolder folder;
   folder.Write("config/mill/g120.prg", "X#24\nX[#1+0]\nM99\n");
   folder.Write("config/mill/G810.PRG", "M99\n");
-  calls.SetMachineFolder(folder.Path(), "Mill");
+  calls.SetMachineFolder(folder.path(), "Mill");
   EXPECT_EQ(calls.MacroFilePath(73.1f).filename().string(), "G731.PRG");
-  EXPECT_EQ(calls.MacroFilePath(81).string(), (folder.Path() / "config/mill/G810.PRG").string());
+  EXPECT_EQ(calls.MacroFilePath(81).string(), (folder.path() / "config/mill/G810.PRG").string());
 
   const std::int16_t list[] = {120, 130, 371};
   EXPECT_TRUE(CallStack::IsExternalMacro(12, list));
@@ -329,14 +305,14 @@ TEST_F(CallStackTest, MachineMacroFilesAreFoundWithoutRegardToCase) {
   const CallResult missing = calls.CallExternalMacro(13, Letters().Set('G', 13).View());
   EXPECT_EQ(missing.Status, CallStatus::kFailed);
   EXPECT_EQ(missing.Message,
-            "Cycle not found:\r\n" + (folder.Path() / "config/mill/G130.PRG").string());
+            "Cycle not found:\r\n" + (folder.path() / "config/mill/G130.PRG").string());
   EXPECT_EQ(calls.CallLevel(), 1);  // the level stays raised: the plot ends anyway
 }
 
 TEST_F(CallStackTest, CycleMacroRunsInItsOwnFrameWithModalArguments) {
   ScratchFolder folder;
   folder.Write("CONFIG/Mill/G810.PRG", "X[#24+100]\nM99\n");
-  calls.SetMachineFolder(folder.Path(), "Mill");
+  calls.SetMachineFolder(folder.path(), "Mill");
   Load("X1\nX2\nM30\n");
   store.WriteNumber(24, 5);  // main level's #24 is not the cycle's
   StoreArguments(Letters().Set('X', 1).Set('Z', -1).View(), calls.CycleArguments());
@@ -362,7 +338,7 @@ TEST_F(CallStackTest, CycleMacroRunsInItsOwnFrameWithModalArguments) {
   const CallResult missing = calls.StartCycleMacro(83);
   EXPECT_EQ(missing.Status, CallStatus::kFailed);
   EXPECT_EQ(missing.Message,
-            "Canned cycle not found:\r\n" + (folder.Path() / "CONFIG/Mill/G830.PRG").string());
+            "Canned cycle not found:\r\n" + (folder.path() / "CONFIG/Mill/G830.PRG").string());
   EXPECT_FALSE(calls.InCycleMacro());
 }
 
