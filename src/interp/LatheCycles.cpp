@@ -66,6 +66,10 @@ void Interpreter::TakeLatheCycleArguments(LocalVariables& arguments) {
   };
   exclude('X', 'U');
   exclude('Z', 'W');
+  // On a diameter machine X reaches the cycle as the diameter written, U as the radius it moves.
+  if (config_.LatheXDiameter && !HasLetter('X') && HasLetter('U')) {
+    arguments[ArgumentVariable('U')].SetNumber(AddrValue[Letter('U')] / 2);
+  }
   ModalG[1] = 0;
 }
 
