@@ -1,6 +1,7 @@
 #include "app/AppTestSupport.h"
 
 #include <QCoreApplication>
+#include <QLineEdit>
 #include <QSignalSpy>
 #include <QTest>
 #include <fstream>
@@ -10,6 +11,7 @@
 #include "app/QtSettingsStore.h"
 #include "app/SingleInstance.h"
 #include "app/StartUp.h"
+#include "app/Workspace.h"
 
 namespace zemtra::test {
 
@@ -89,6 +91,25 @@ StartedPlot::~StartedPlot() {
 
 bool StartedPlot::close() {
   return plot_->close();
+}
+
+OpenedProgram::OpenedProgram(const std::string& name, const std::string& program,
+                             std::shared_ptr<SettingsStore> settings)
+    : path(scratch.Write(name, program)), plot(scratch, "", std::move(settings)) {
+  plot->OpenPassedFile(path);
+}
+
+const std::string& DocumentText(StartedPlot& plot) {
+  return plot->Engine().Editor.Document.Text();
+}
+
+void SetText(QWidget& parent, const char* name, const QString& text) {
+  parent.findChild<QLineEdit*>(name)->setText(text);
+}
+
+void SaveShot(QWidget& widget, const char* name) {
+  const QString folder = qEnvironmentVariable("ZEMTRA_SHOTS");
+  if (!folder.isEmpty()) widget.grab().save(folder + "/" + name);
 }
 
 }  // namespace zemtra::test

@@ -8,6 +8,12 @@
 
 namespace zemtra::test {
 
+// A data row of text columns.
+template <typename... Texts>
+static void Row(const char* name, const Texts&... texts) {
+  (QTest::newRow(name) << ... << QString(texts));
+}
+
 class CommandLineTest : public QObject {
   Q_OBJECT
  private slots:
@@ -15,27 +21,14 @@ class CommandLineTest : public QObject {
     QTest::addColumn<QString>("line");
     QTest::addColumn<QString>("config");  // file name under CONFIG, "" for none
     QTest::addColumn<QString>("rest");
-    QTest::newRow("name with a blank, file with a blank") << "CONFIG=\"Lathe 2\" /parts/a b.nc"
-                                                          << "Lathe 2.zmt"
-                                                          << "/parts/a b.nc";
-    QTest::newRow("clause behind the file drops the file") << "/parts/a.nc CONFIG=\"m\""
-                                                           << "m.zmt"
-                                                           << "";
-    QTest::newRow("unquoted name is no clause") << "CONFIG=m /parts/a.nc"
-                                                << ""
-                                                << "CONFIG=m /parts/a.nc";
-    QTest::newRow("lower case keyword") << "config=\"Mill\" x.nc"
-                                        << "Mill.zmt"
-                                        << "x.nc";
-    QTest::newRow("no closing quote takes the rest") << "CONFIG=\"abc"
-                                                     << "abc.zmt"
-                                                     << "";
-    QTest::newRow("a lone quote is too short") << "CONFIG=\""
-                                               << ""
-                                               << "CONFIG=\"";
-    QTest::newRow("no clause at all") << "/parts/a.nc"
-                                      << ""
-                                      << "/parts/a.nc";
+    Row("name with a blank, file with a blank", "CONFIG=\"Lathe 2\" /parts/a b.nc", "Lathe 2.zmt",
+        "/parts/a b.nc");
+    Row("clause behind the file drops the file", "/parts/a.nc CONFIG=\"m\"", "m.zmt", "");
+    Row("unquoted name is no clause", "CONFIG=m /parts/a.nc", "", "CONFIG=m /parts/a.nc");
+    Row("lower case keyword", "config=\"Mill\" x.nc", "Mill.zmt", "x.nc");
+    Row("no closing quote takes the rest", "CONFIG=\"abc", "abc.zmt", "");
+    Row("a lone quote is too short", "CONFIG=\"", "", "CONFIG=\"");
+    Row("no clause at all", "/parts/a.nc", "", "/parts/a.nc");
   }
   void ConfigClauseIsTakenOut() {
     QFETCH(QString, line);
@@ -58,12 +51,9 @@ class CommandLineTest : public QObject {
   void RemainingArgumentNamesOneFile_data() {
     QTest::addColumn<QString>("argument");
     QTest::addColumn<QString>("file");
-    QTest::newRow("one character is no file") << "a"
-                                              << "";
-    QTest::newRow("quotes are dropped anywhere") << "\"/parts/a b.nc\""
-                                                 << "/parts/a b.nc";
-    QTest::newRow("blanks around are trimmed") << "  /p/x.nc  "
-                                               << "/p/x.nc";
+    Row("one character is no file", "a", "");
+    Row("quotes are dropped anywhere", "\"/parts/a b.nc\"", "/parts/a b.nc");
+    Row("blanks around are trimmed", "  /p/x.nc  ", "/p/x.nc");
   }
   void RemainingArgumentNamesOneFile() {
     QFETCH(QString, argument);
@@ -74,14 +64,10 @@ class CommandLineTest : public QObject {
   void HandedOverTextLosesItsQuotes_data() {
     QTest::addColumn<QString>("received");
     QTest::addColumn<QString>("file");
-    QTest::newRow("quoted") << "\"/p/a b.nc\""
-                            << "/p/a b.nc";
-    QTest::newRow("first quote takes the last character whatever it is") << "\"/p/a.ncX"
-                                                                         << "/p/a.nc";
-    QTest::newRow("plain") << "/p/a.nc"
-                           << "/p/a.nc";
-    QTest::newRow("empty only raises the window") << ""
-                                                  << "";
+    Row("quoted", "\"/p/a b.nc\"", "/p/a b.nc");
+    Row("first quote takes the last character whatever it is", "\"/p/a.ncX", "/p/a.nc");
+    Row("plain", "/p/a.nc", "/p/a.nc");
+    Row("empty only raises the window", "", "");
   }
   void HandedOverTextLosesItsQuotes() {
     QFETCH(QString, received);
@@ -104,11 +90,7 @@ class CommandLineTest : public QObject {
   }
 };
 
-std::vector<std::unique_ptr<QObject>> MakeTests() {
-  std::vector<std::unique_ptr<QObject>> tests;
-  tests.push_back(std::make_unique<CommandLineTest>());
-  return tests;
-}
+ZEMTRA_TEST_CLASS(CommandLineTest)
 
 }  // namespace zemtra::test
 

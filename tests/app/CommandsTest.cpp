@@ -1,12 +1,10 @@
 // Commands around the document: recent files, insert, the programs of a file, closing during
 // a plot, block skip, and the picture's colours.
 #include <QAction>
-#include <QApplication>
 #include <QLabel>
 #include <QMenu>
 #include <QPlainTextEdit>
 #include <QTest>
-#include <QTimer>
 
 #include "app/AppTestSupport.h"
 #include "app/DocumentCommands.h"
@@ -17,10 +15,6 @@
 #include "app/Workspace.h"
 
 namespace zemtra::test {
-
-static const std::string& DocumentText(StartedPlot& plot) {
-  return plot->Engine().Editor.Document.Text();
-}
 
 class CommandsTest : public QObject {
   Q_OBJECT
@@ -59,17 +53,12 @@ class CommandsTest : public QObject {
   }
 
   void ProgramsOfTheFileAreListedAndSplit() {
-    const Scratch scratch;
-    const std::string path =
-        scratch.Write("two.nc", "%\nO100 (FIRST)\nG0 X1.\nM99\nO200 (SECOND)\nG1 X2.\nM30\n");
-    StartedPlot plot(scratch);
-    plot->OpenPassedFile(path);
+    OpenedProgram opened("two.nc", "%\nO100 (FIRST)\nG0 X1.\nM99\nO200 (SECOND)\nG1 X2.\nM30\n");
+    auto& [scratch, path, plot] = opened;
     QString listing;
-    QTimer::singleShot(0, [&listing] {
-      QWidget* dialog = QApplication::activeModalWidget();
-      if (dialog == nullptr) return;
-      listing = dialog->findChild<QPlainTextEdit*>("txtPrograms")->toPlainText();
-      dialog->close();
+    WhenDialogShows("frmPrograms", [&listing](QWidget& dialog) {
+      listing = dialog.findChild<QPlainTextEdit*>("txtPrograms")->toPlainText();
+      dialog.close();
     });
     plot->Actions().Find("mnuShowPrograms")->trigger();
     QVERIFY2(listing.contains("FIRST") && listing.contains("SECOND"), qPrintable(listing));
@@ -98,20 +87,16 @@ class CommandsTest : public QObject {
   }
 
   void DrawingsAreRefusedWithAMessage() {
-    const Scratch scratch;
-    const std::string path = scratch.Write("part.DXF", "0\nEOF\n");
-    StartedPlot plot(scratch);
-    plot->OpenPassedFile(path);
+    OpenedProgram opened("part.DXF", "0\nEOF\n");
+    StartedPlot& plot = opened.plot;
     QVERIFY(plot->Engine().Editor.Document.CurrentFile().empty());
-    QVERIFY(plot.prompts.back().text.find(path) != std::string::npos);
+    QVERIFY(plot.prompts.back().text.find(opened.path) != std::string::npos);
   }
 
   // The panel says whether block skip is on; a click on it switches, and the plot follows.
   void BlockSkipPanelSwitchesAndReplots() {
-    const Scratch scratch;
-    const std::string path = scratch.Write("skip.nc", "G0 X0. Y0.\nG1 X1.\n/G1 X2.\n");
-    StartedPlot plot(scratch);
-    plot->OpenPassedFile(path);
+    OpenedProgram opened("skip.nc", "G0 X0. Y0.\nG1 X1.\n/G1 X2.\n");
+    StartedPlot& plot = opened.plot;
     QCOMPARE(plot->Panels().Text("bskip"), QString("Skip OFF"));
     QCOMPARE(plot->Engine().Driver.EntityCount(), 2);
     QTest::mouseClick(plot->Panels().Panel("bskip"), Qt::LeftButton);
@@ -141,11 +126,7 @@ class CommandsTest : public QObject {
   }
 };
 
-std::vector<std::unique_ptr<QObject>> MakeTests() {
-  std::vector<std::unique_ptr<QObject>> tests;
-  tests.push_back(std::make_unique<CommandsTest>());
-  return tests;
-}
+ZEMTRA_TEST_CLASS(CommandsTest)
 
 }  // namespace zemtra::test
 

@@ -72,13 +72,11 @@ class DncWindowTest : public QObject {
  private slots:
   // Text from the machine lands at the caret as it comes; Esc closes the port and says so.
   void ReceiveInsertsAtTheCaretUntilEsc() {
-    const Scratch scratch;
     MachineLine machine;
     QVERIFY(machine.Ready());
-    const std::string path = scratch.Write("part.nc", "G0 X1.\r\nM30\r\n");
-    StartedPlot plot(scratch);
-    UseLine(scratch, plot, machine);
-    plot->OpenPassedFile(path);
+    OpenedProgram opened("part.nc", "G0 X1.\r\nM30\r\n");
+    StartedPlot& plot = opened.plot;
+    UseLine(opened.scratch, plot, machine);
     ProgramDocument& document = plot->Engine().Editor.Document;
     document.SetSelection(8, 0);  // the start of "M30"
     plot->Actions().Find("mnuDNCReceive")->trigger();
@@ -125,10 +123,8 @@ class DncWindowTest : public QObject {
   }
 
   void SendSelectedWithoutASelectionSaysSo() {
-    const Scratch scratch;
-    const std::string path = scratch.Write("part.nc", "G0 X1.\r\nM30\r\n");
-    StartedPlot plot(scratch);
-    plot->OpenPassedFile(path);
+    OpenedProgram opened("part.nc", "G0 X1.\r\nM30\r\n");
+    StartedPlot& plot = opened.plot;
     plot.prompts.clear();
     plot->Actions().Find("mnuDNCSendSelected")->trigger();
     // No configuration is in force yet: the default one is looked for first.
@@ -146,16 +142,14 @@ class DncWindowTest : public QObject {
   // events are served more than 10 times a second and typing goes into the text. The machine
   // gets the program byte for byte; a close of the main window asks about the running send.
   void WindowStaysResponsiveDuringASend() {
-    const Scratch scratch;
     MachineLine machine;
     QVERIFY(machine.Ready());
     std::string program;
     for (int line = 1; program.size() < 120000; ++line)
       program += "N" + std::to_string(line) + " G1 X" + std::to_string(line % 97) + ".5 Y2.\r\n";
-    const std::string path = scratch.Write("slow.nc", program);
-    StartedPlot plot(scratch);
-    UseLine(scratch, plot, machine);
-    plot->OpenPassedFile(path);
+    OpenedProgram opened("slow.nc", program);
+    StartedPlot& plot = opened.plot;
+    UseLine(opened.scratch, plot, machine);
     plot->Actions().Find("mnuDNCSend")->trigger();
     QPointer<TransmitWindow> window = Dnc(plot).TransmitView();
     QVERIFY(window != nullptr);
@@ -211,11 +205,7 @@ class DncWindowTest : public QObject {
   }
 };
 
-std::vector<std::unique_ptr<QObject>> MakeTests() {
-  std::vector<std::unique_ptr<QObject>> tests;
-  tests.push_back(std::make_unique<DncWindowTest>());
-  return tests;
-}
+ZEMTRA_TEST_CLASS(DncWindowTest)
 
 }  // namespace zemtra::test
 

@@ -26,10 +26,6 @@ constexpr const char* kProgram =
     "%\nO1000 (SQUARE)\nG90 G17 G21\nG0 X0. Y0. Z5.\nG1 Z-1. F100.\nX10.\nY10.\nX0.\nY0.\nG0 "
     "Z5.\nM30\n%\n";
 
-static std::string Text(StartedPlot& plot) {
-  return plot->Engine().Editor.Document.Text();
-}
-
 static QAction* Action(StartedPlot& plot, const char* name) {
   return plot->Actions().Find(name);
 }
@@ -55,7 +51,7 @@ class DocumentTest : public QObject {
     const int emptyPicture = DrawnPixels(plot);
     plot->OpenPassedFile(path);
     QCOMPARE(plot.prompts.size(), std::size_t(0));
-    QVERIFY(Text(plot).find("O1000 (SQUARE)\r\nG90") != std::string::npos);  // CR LF ends
+    QVERIFY(DocumentText(plot).find("O1000 (SQUARE)\r\nG90") != std::string::npos);  // CR LF ends
     QCOMPARE(plot->windowTitle().toStdString(), "Zemtra v1.00 - " + path);
     QVERIFY(plot->Editor()->ColoringActive());
     QCOMPARE(plot->Engine().Driver.EntityCount(), 6);  // the first motion only starts
@@ -66,7 +62,6 @@ class DocumentTest : public QObject {
     QCOMPARE(plot->Panels().Text("edit"), QString());
   }
 
-  // Script directives of the header are listed, not run: this version has no script host.
   void MissingFileIsReported() {
     const Scratch scratch;
     StartedPlot plot(scratch);
@@ -79,58 +74,52 @@ class DocumentTest : public QObject {
   // Typing is one undo step until a blank or a pause; undo and redo walk the steps and the
   // menu names what can be done.
   void TypingUndoAndRedo() {
-    const Scratch scratch;
-    const std::string path = scratch.Write("a.nc", "G0 X1\n");
-    StartedPlot plot(scratch);
-    plot->OpenPassedFile(path);
+    OpenedProgram opened("a.nc", "G0 X1\n");
+    StartedPlot& plot = opened.plot;
     QVERIFY(!Action(plot, "mnuEditUndo")->isEnabled());
     QCOMPARE(Action(plot, "mnuEditUndo")->text(), QString("Can't Undo"));
     ProgramTextView* editor = plot->Editor();
     editor->setFocus();
     QTest::keyClick(editor, Qt::Key_End, Qt::ControlModifier);
     QTest::keyClicks(editor, "g1 y2");  // Always Caps is on by default
-    QCOMPARE(Text(plot), std::string("G0 X1\r\nG1 Y2"));
+    QCOMPARE(DocumentText(plot), std::string("G0 X1\r\nG1 Y2"));
     QCOMPARE(plot->Panels().Text("edit"), QString("Modified"));
     Action(plot, "mnuEditUndo")->trigger();
-    QCOMPARE(Text(plot), std::string("G0 X1\r\nG1"));  // the blank ended the first step
+    QCOMPARE(DocumentText(plot), std::string("G0 X1\r\nG1"));  // the blank ended the first step
     QVERIFY(Action(plot, "mnuEditRedo")->isEnabled());
     QCOMPARE(Action(plot, "mnuEditRedo")->text(), QString("&Redo"));
     Action(plot, "mnuEditUndo")->trigger();
-    QCOMPARE(Text(plot), std::string("G0 X1\r\n"));
+    QCOMPARE(DocumentText(plot), std::string("G0 X1\r\n"));
     Action(plot, "mnuEditRedo")->trigger();
     Action(plot, "mnuEditRedo")->trigger();
-    QCOMPARE(Text(plot), std::string("G0 X1\r\nG1 Y2"));
+    QCOMPARE(DocumentText(plot), std::string("G0 X1\r\nG1 Y2"));
     QTest::keyClick(editor, Qt::Key_Backspace);
     QTest::qWait(400);  // the pause ends the step: a new edit ends redo
-    QCOMPARE(Text(plot), std::string("G0 X1\r\nG1 Y"));
+    QCOMPARE(DocumentText(plot), std::string("G0 X1\r\nG1 Y"));
     QVERIFY(!Action(plot, "mnuEditRedo")->isEnabled());
   }
 
   void EditingKeysMoveAndDeleteWholeCharacters() {
-    const Scratch scratch;
-    const std::string path = scratch.Write("u.nc", "(\xC3\xA9)\nX1\n");  // é in a comment
-    StartedPlot plot(scratch);
-    plot->OpenPassedFile(path);
+    OpenedProgram opened("u.nc", "(\xC3\xA9)\nX1\n");  // é in a comment
+    StartedPlot& plot = opened.plot;
     ProgramTextView* editor = plot->Editor();
     QTest::keyClick(editor, Qt::Key_Home, Qt::ControlModifier);
     QTest::keyClick(editor, Qt::Key_Right);
     QTest::keyClick(editor, Qt::Key_Delete);  // the two bytes of é go together
-    QCOMPARE(Text(plot), std::string("()\r\nX1\r\n"));
+    QCOMPARE(DocumentText(plot), std::string("()\r\nX1\r\n"));
     QTest::keyClick(editor, Qt::Key_Down);
     QTest::keyClick(editor, Qt::Key_Home);
     QTest::keyClick(editor, Qt::Key_Backspace);  // the line end goes as one
-    QCOMPARE(Text(plot), std::string("()X1\r\n"));
+    QCOMPARE(DocumentText(plot), std::string("()X1\r\n"));
     QTest::keyClick(editor, Qt::Key_Return);
-    QCOMPARE(Text(plot), std::string("()\r\nX1\r\n"));
+    QCOMPARE(DocumentText(plot), std::string("()\r\nX1\r\n"));
     QCOMPARE(plot->Panels().Text("line"), QString("2"));
   }
 
   // Closing with unsaved text asks first; Cancel keeps the window and the text.
   void ClosingWithChangesAsks() {
-    const Scratch scratch;
-    const std::string path = scratch.Write("p.nc", "G0 X1\n");
-    StartedPlot plot(scratch);
-    plot->OpenPassedFile(path);
+    OpenedProgram opened("p.nc", "G0 X1\n");
+    auto& [scratch, path, plot] = opened;
     plot->Editor()->InsertText("N5 ");
     plot.answers = {MsgAnswer::Cancel};
     QVERIFY(!plot.close());
@@ -162,11 +151,9 @@ class DocumentTest : public QObject {
 
   // Every character survives a load and a save; only line ends become CR LF.
   void SaveKeepsEveryCharacter() {
-    const Scratch scratch;
-    const std::string latin1 = "(caf\xE9 \xB0)\tX1  \nG0\n\n\nG1 Y2\t";  // not UTF-8, no final end
-    const std::string path = scratch.Write("l.nc", latin1);
-    StartedPlot plot(scratch);
-    plot->OpenPassedFile(path);
+    // Not UTF-8, and no line end at the end.
+    OpenedProgram opened("l.nc", "(caf\xE9 \xB0)\tX1  \nG0\n\n\nG1 Y2\t");
+    auto& [scratch, path, plot] = opened;
     plot->Editor()->SetSelection(0, 0);
     plot->Editor()->InsertText("N1");
     QVERIFY(plot->Documents().Save());
@@ -176,29 +163,25 @@ class DocumentTest : public QObject {
   }
 
   void ReplaceAllIsOneUndoStep() {
-    const Scratch scratch;
-    const std::string path = scratch.Write("r.nc", "X1 Y1\nX1\nx1\n");
-    StartedPlot plot(scratch);
-    plot->OpenPassedFile(path);
+    OpenedProgram opened("r.nc", "X1 Y1\nX1\nx1\n");
+    StartedPlot& plot = opened.plot;
     Action(plot, "mnuReplace")->trigger();
     auto* search = plot->findChild<SearchWindow*>("Search");
     QVERIFY(search != nullptr && search->isVisible());
     search->findChild<QLineEdit*>("txtFind")->setText("X1");
     search->findChild<QLineEdit*>("txtReplace")->setText("X1X1");
     search->findChild<QPushButton*>("cmdReplaceAll")->click();
-    QCOMPARE(Text(plot), std::string("X1X1 Y1\r\nX1X1\r\nX1X1\r\n"));
+    QCOMPARE(DocumentText(plot), std::string("X1X1 Y1\r\nX1X1\r\nX1X1\r\n"));
     QCOMPARE(plot.prompts.back().text, std::string("Replaced 3 matches"));
     QCOMPARE(plot.prompts.back().title, std::string("Finished"));
     QCOMPARE(plot.prompts.back().icon, MsgIcon::Information);
     Action(plot, "mnuEditUndo")->trigger();
-    QCOMPARE(QByteArray::fromStdString(Text(plot)), QByteArray("X1 Y1\r\nX1\r\nx1\r\n"));
+    QCOMPARE(QByteArray::fromStdString(DocumentText(plot)), QByteArray("X1 Y1\r\nX1\r\nx1\r\n"));
   }
 
   void FindNextSelectsAndWraps() {
-    const Scratch scratch;
-    const std::string path = scratch.Write("f.nc", "G0 X1\nG1 X2\n");
-    StartedPlot plot(scratch);
-    plot->OpenPassedFile(path);
+    OpenedProgram opened("f.nc", "G0 X1\nG1 X2\n");
+    StartedPlot& plot = opened.plot;
     Action(plot, "mnuFind")->trigger();
     auto* search = plot->findChild<SearchWindow*>("Search");
     search->findChild<QLineEdit*>("txtFind")->setText("g1");
@@ -213,12 +196,10 @@ class DocumentTest : public QObject {
   }
 
   void CloseEmptiesDocumentAndPicture() {
-    const Scratch scratch;
-    const std::string path = scratch.Write("c.nc", kProgram);
-    StartedPlot plot(scratch);
-    plot->OpenPassedFile(path);
+    OpenedProgram opened("c.nc", kProgram);
+    StartedPlot& plot = opened.plot;
     Action(plot, "mnuNew")->trigger();
-    QCOMPARE(Text(plot), std::string());
+    QCOMPARE(DocumentText(plot), std::string());
     QCOMPARE(plot->windowTitle(), QString("Zemtra v1.00 - Untitled"));
     QCOMPARE(plot->Engine().View.EntityCount(), 0);
   }
@@ -278,17 +259,13 @@ class DocumentTest : public QObject {
     plot->ApplySettingsToWindow();
     plot->OpenPassedFile(path);
     QCOMPARE(plot->Engine().Driver.EntityCount(), 1);
-    plot->Editor()->SetSelection(Text(plot).size(), Text(plot).size());
+    plot->Editor()->SetSelection(DocumentText(plot).size(), DocumentText(plot).size());
     plot->Editor()->InsertText("Y5\n");
     QTRY_COMPARE_WITH_TIMEOUT(plot->Engine().Driver.EntityCount(), 2, 3000);
   }
 };
 
-std::vector<std::unique_ptr<QObject>> MakeTests() {
-  std::vector<std::unique_ptr<QObject>> tests;
-  tests.push_back(std::make_unique<DocumentTest>());
-  return tests;
-}
+ZEMTRA_TEST_CLASS(DocumentTest)
 
 }  // namespace zemtra::test
 

@@ -2,13 +2,10 @@
 // conversion into the program text, its saved layers, and the Calc tools over selected
 // entities.
 #include <QAction>
-#include <QApplication>
 #include <QGroupBox>
-#include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QTest>
-#include <QTimer>
 #include <QTreeWidget>
 
 #include "app/AppTestSupport.h"
@@ -48,10 +45,6 @@ DXFOptions& Manager(StartedPlot& plot) {
 
 void Trigger(QObject& owner, const char* action) {
   owner.findChild<QAction*>(action)->trigger();
-}
-
-void SetField(DXFOptions& manager, const char* name, const char* text) {
-  manager.findChild<QLineEdit*>(name)->setText(text);
 }
 
 GeoEntity FeedLine(float x1, float y1, float x2, float y2) {
@@ -110,7 +103,7 @@ class DxfWindowTest : public QObject {
     QCOMPARE(layers[2].FirstEntity, 5);
     QCOMPARE(plot->Engine().Table.HighestIndex(), 5);
     QVERIFY(plot->Engine().View.DXFMode);
-    QCOMPARE(plot->Engine().Editor.Document.Text(), std::string("G0 X1.\r\n"));
+    QCOMPARE(DocumentText(plot), std::string("G0 X1.\r\n"));
     DXFOptions& manager = Manager(plot);
     QVERIFY(manager.isVisible());
     QVERIFY(plot->Engine().Driver.PlotBlocked);
@@ -137,24 +130,22 @@ class DxfWindowTest : public QObject {
   // A chained layer converts with its own settings into the program at the caret; one undo
   // takes the whole text out again. A layer with depth steps must be chained first.
   void ConvertedLayerIsOneUndoStep() {
-    const Scratch scratch;
-    const std::string path = scratch.Write("square.dxf", SquareDrawing());
-    StartedPlot plot(scratch);
-    plot->OpenPassedFile(path);
+    OpenedProgram opened("square.dxf", SquareDrawing());
+    StartedPlot& plot = opened.plot;
     DXFOptions& manager = Manager(plot);
-    SetField(manager, "txtZRetract", "1");
-    SetField(manager, "txtZApproach", "0.1");
-    SetField(manager, "txtZDepth", "-0.5");
-    SetField(manager, "txtFeedRate", "10");
-    SetField(manager, "txtPlungeRate", "5");
+    SetText(manager, "txtZRetract", "1");
+    SetText(manager, "txtZApproach", "0.1");
+    SetText(manager, "txtZDepth", "-0.5");
+    SetText(manager, "txtFeedRate", "10");
+    SetText(manager, "txtPlungeRate", "5");
     manager.findChild<QGroupBox*>("frmZIncrement")->setChecked(true);
-    SetField(manager, "txtZTop", "0");
-    SetField(manager, "txtZIncrement", "0.25");
+    SetText(manager, "txtZTop", "0");
+    SetText(manager, "txtZIncrement", "0.25");
     Trigger(manager, "mnuConvertSelected");
     QCOMPARE(plot.prompts.back().text,
              std::string("Z Increment is enabled on layer CUT\r\n"
                          "The layer must be chained before converting to G-Code"));
-    QVERIFY(plot->Engine().Editor.Document.Text().empty());
+    QVERIFY(DocumentText(plot).empty());
 
     plot->Engine().Table[1].Selected = 255;
     Trigger(manager, "mnuChainReverse");
@@ -172,10 +163,10 @@ class DxfWindowTest : public QObject {
     expected.insert(expected.end(), pass.begin(), pass.end());
     expected.insert(expected.end(), pass.begin(), pass.end());
     expected[12] = "G01Z-0.5F5.0";
-    QCOMPARE(Lines(plot->Engine().Editor.Document.Text()), expected);
+    QCOMPARE(Lines(DocumentText(plot)), expected);
 
     plot->Actions().Find("mnuEditUndo")->trigger();
-    QVERIFY(plot->Engine().Editor.Document.Text().empty());
+    QVERIFY(DocumentText(plot).empty());
   }
 
   // Saved layers live in the settings section "DXF Layers" and give a newly loaded layer of
@@ -188,12 +179,12 @@ class DxfWindowTest : public QObject {
       StartedPlot plot(scratch, "", store);
       plot->OpenPassedFile(path);
       DXFOptions& manager = Manager(plot);
-      SetField(manager, "txtZDepth", "-0.75");
+      SetText(manager, "txtZDepth", "-0.75");
       manager.findChild<QPlainTextEdit*>("txtHeader")->setPlainText("G90\nG17");
       manager.findChild<QPushButton*>("cmdCopyToSaved")->click();
       QCOMPARE(store->GetSetting("DXF Layers", "Layer 1/Name"), std::string("CUT"));
       QCOMPARE(store->GetSetting("DXF Layers", "Layer 1/Z Depth"), std::string("-0.75"));
-      SetField(manager, "txtZDepth", "-1");
+      SetText(manager, "txtZDepth", "-1");
       plot.answers.push_back(MsgAnswer::No);
       manager.findChild<QPushButton*>("cmdCopyToSaved")->click();
       QCOMPARE(plot.prompts.back().text,
@@ -269,22 +260,20 @@ class DxfWindowTest : public QObject {
     aside.Selected = 0;
     FillTable(plot, {FeedLine(1, 0, 1, 1), aside, FeedLine(0, 0, 1, 0)});
     QString title;
-    QTimer::singleShot(0, [&title] {
-      QWidget* dialog = QApplication::activeModalWidget();
-      if (dialog == nullptr) return;
-      title = dialog->windowTitle();
+    WhenDialogShows("frmConvertSettings", [&title](QWidget& dialog) {
+      title = dialog.windowTitle();
       for (const auto& [name, text] : {std::pair{"txtZRetract", "2"},
                                        {"txtZDepth", "-1"},
                                        {"txtFeedRate", "20"},
                                        {"txtPlungeRate", "20"}}) {
-        dialog->findChild<QLineEdit*>(name)->setText(text);
+        SetText(dialog, name, text);
       }
-      dialog->findChild<QPushButton*>("cmdOK")->click();
+      dialog.findChild<QPushButton*>("cmdOK")->click();
     });
     plot->Actions().Find("mnuSelectedToGCode")->trigger();
     QCOMPARE(title, QString("Convert to G-Code"));
     // Joined head to tail; a feed equal to the plunge rate is written once.
-    QCOMPARE(Lines(plot->Engine().Editor.Document.Text()),
+    QCOMPARE(Lines(DocumentText(plot)),
              (std::vector<std::string>{"G00Z2.0", "X0.0Y0.0", "Z0.0", "G01Z-1.0F20.0", "X1.0Y0.0",
                                        "X1.0Y1.0", "G00Z2.0"}));
     QCOMPARE(plot->Engine().Table.HighestIndex(), 3);
@@ -312,11 +301,7 @@ class DxfWindowTest : public QObject {
   }
 };
 
-std::vector<std::unique_ptr<QObject>> MakeTests() {
-  std::vector<std::unique_ptr<QObject>> tests;
-  tests.push_back(std::make_unique<DxfWindowTest>());
-  return tests;
-}
+ZEMTRA_TEST_CLASS(DxfWindowTest)
 
 }  // namespace zemtra::test
 

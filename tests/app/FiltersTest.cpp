@@ -1,7 +1,6 @@
 // The Format and Translate menus on the program document: a run is one undo step, Esc leaves
 // the text alone, and the dialogs check their boxes and keep their values.
 #include <QAction>
-#include <QApplication>
 #include <QCheckBox>
 #include <QLineEdit>
 #include <QPushButton>
@@ -9,7 +8,6 @@
 #include <QTest>
 #include <QTimer>
 #include <algorithm>
-#include <functional>
 #include <optional>
 
 #include "app/AppTestSupport.h"
@@ -23,46 +21,17 @@
 
 namespace zemtra::test {
 
-namespace {
-
-const std::string& DocumentText(StartedPlot& plot) {
-  return plot->Engine().Editor.Document.Text();
-}
-
-// Runs `fill` on the modal dialog `name` as soon as it shows.
-void WhenDialogShows(const char* name, std::function<void(QWidget&)> fill) {
-  QTimer::singleShot(0, [name, fill] {
-    QWidget* dialog = QApplication::activeModalWidget();
-    QVERIFY(dialog != nullptr && dialog->objectName() == name);
-    fill(*dialog);
-  });
-}
-
-void SetBox(QWidget& dialog, const char* name, const char* text) {
-  dialog.findChild<QLineEdit*>(name)->setText(text);
-}
-
-void Click(QWidget& dialog, const char* name) {
+static void Click(QWidget& dialog, const char* name) {
   dialog.findChild<QAbstractButton*>(name)->click();
 }
-
-// With ZEMTRA_SHOTS set to a folder, saves a picture of `widget` there to be looked at.
-void SaveShot(QWidget& widget, const char* name) {
-  const QString folder = qEnvironmentVariable("ZEMTRA_SHOTS");
-  if (!folder.isEmpty()) widget.grab().save(folder + "/" + name);
-}
-
-}  // namespace
 
 class FiltersTest : public QObject {
   Q_OBJECT
  private slots:
   // A Format command rewrites the program as one undo step; a selection is asked about.
   void FormatCommandIsOneUndoStep() {
-    const Scratch scratch;
-    const std::string path = scratch.Write("spaces.nc", "G1X1.Y2.\nG0X0\n\nM30\n");
-    StartedPlot plot(scratch);
-    plot->OpenPassedFile(path);
+    OpenedProgram opened("spaces.nc", "G1X1.Y2.\nG0X0\n\nM30\n");
+    StartedPlot& plot = opened.plot;
     const std::string before = DocumentText(plot);
     plot->Actions().Find("mnuAddSpaces")->trigger();
     QCOMPARE(DocumentText(plot), std::string("G1 X1. Y2.\r\nG0 X0\r\n\r\nM30\r\n"));
@@ -80,12 +49,10 @@ class FiltersTest : public QObject {
 
   // Esc during a run, or a plot running, leaves the text and the undo steps as they were.
   void CancelledOrRefusedRunLeavesTheText() {
-    const Scratch scratch;
     std::string program;
     for (int i = 0; i < 200; ++i) program += "g1 x" + std::to_string(i) + ".\n";
-    const std::string path = scratch.Write("long.nc", program);
-    StartedPlot plot(scratch);
-    plot->OpenPassedFile(path);
+    OpenedProgram opened("long.nc", program);
+    StartedPlot& plot = opened.plot;
     const std::string before = DocumentText(plot);
     QTimer::singleShot(0, [&plot] { plot->RequestAbort(); });  // runs at the first event pump
     plot->Actions().Find("mnuUCase")->trigger();
@@ -101,16 +68,13 @@ class FiltersTest : public QObject {
   // Mirror X through the Translate dialog: G2 becomes G3, X changes sign, one undo step, and
   // the dialog's values are kept in section "Translate".
   void MirrorThroughTheDialog() {
-    const Scratch scratch;
-    const std::string path =
-        scratch.Write("arc.nc", "G0 X0. Y0.\nG2 X2. Y0. I1. J0.\n(X5 stays)\nM30\n");
     auto store = std::make_shared<MemorySettingsStore>();
-    StartedPlot plot(scratch, "", store);
-    plot->OpenPassedFile(path);
+    OpenedProgram opened("arc.nc", "G0 X0. Y0.\nG2 X2. Y0. I1. J0.\n(X5 stays)\nM30\n", store);
+    StartedPlot& plot = opened.plot;
     const std::string before = DocumentText(plot);
     WhenDialogShows("Translate", [](QWidget& dialog) {
       dialog.findChild<QCheckBox*>("chkMirrX")->setChecked(true);
-      SetBox(dialog, "txtMirrXPoint", "1");
+      SetText(dialog, "txtMirrXPoint", "1");
       SaveShot(dialog, "translate.png");
       Click(dialog, "cmdMirror");
     });
@@ -126,10 +90,8 @@ class FiltersTest : public QObject {
   // Break Arcs asks for the tolerance: no answer, no run; 0 or less takes 0.001, which makes
   // 18 chords of a quarter circle of radius 1.
   void BreakArcsAsksForTheTolerance() {
-    const Scratch scratch;
-    const std::string path = scratch.Write("arc.nc", "G0 X0. Y0.\nG3 X1. Y1. I0. J1.\n");
-    StartedPlot plot(scratch);
-    plot->OpenPassedFile(path);
+    OpenedProgram opened("arc.nc", "G0 X0. Y0.\nG3 X1. Y1. I0. J1.\n");
+    StartedPlot& plot = opened.plot;
     const std::string before = DocumentText(plot);
     auto* commands = plot->findChild<FilterCommands*>("FilterCommands");
     QVERIFY(commands != nullptr);
@@ -187,15 +149,12 @@ class FiltersTest : public QObject {
   // Renumber from the dialog keeps GOTO pointing at its block; Remove Block Numbers takes
   // them all off.
   void RenumberAndRemoveNumbers() {
-    const Scratch scratch;
-    const std::string path =
-        scratch.Write("loop.nc", "N5 G0 X0.\nN7 G1 X1.\nIF [#100 GT 0] GOTO 7\n");
-    StartedPlot plot(scratch);
-    plot->OpenPassedFile(path);
+    OpenedProgram opened("loop.nc", "N5 G0 X0.\nN7 G1 X1.\nIF [#100 GT 0] GOTO 7\n");
+    StartedPlot& plot = opened.plot;
     WhenDialogShows("Renumber", [](QWidget& dialog) {
       dialog.findChild<QRadioButton*>("optRenumberAll")->setChecked(true);
-      SetBox(dialog, "txtStartBlock", "10");
-      SetBox(dialog, "txtIncrement", "10");
+      SetText(dialog, "txtStartBlock", "10");
+      SetText(dialog, "txtIncrement", "10");
       dialog.findChild<QCheckBox*>("chkAddSpc")->setChecked(true);
       Click(dialog, "cmdOK");
     });
@@ -208,10 +167,8 @@ class FiltersTest : public QObject {
 
   // frmAddr refuses missing or equal letters with its messages, and swaps through the menu.
   void AddressOperationsCheckTheirBoxes() {
-    const Scratch scratch;
-    const std::string path = scratch.Write("swap.nc", "G1 X1. Y2. (X3)\n");
-    StartedPlot plot(scratch);
-    plot->OpenPassedFile(path);
+    OpenedProgram opened("swap.nc", "G1 X1. Y2. (X3)\n");
+    StartedPlot& plot = opened.plot;
     struct Case {
       const char* button;
       const char* box1;
@@ -229,12 +186,12 @@ class FiltersTest : public QObject {
     };
     WhenDialogShows("frmAddr", [&plot, &cases](QWidget& dialog) {
       for (const Case& c : cases) {
-        if (*c.box1 != '\0') SetBox(dialog, c.box1, "x");
-        if (*c.box2 != '\0') SetBox(dialog, c.box2, "X");
+        if (*c.box1 != '\0') SetText(dialog, c.box1, "x");
+        if (*c.box2 != '\0') SetText(dialog, c.box2, "X");
         Click(dialog, c.button);
         QCOMPARE(plot.prompts.back().text, std::string(c.message));
       }
-      SetBox(dialog, "txtSwap2", "y");
+      SetText(dialog, "txtSwap2", "y");
       Click(dialog, "cmdGoSwap");
     });
     plot->Actions().Find("mnuAddrSwap")->trigger();
@@ -243,11 +200,7 @@ class FiltersTest : public QObject {
   }
 };
 
-std::vector<std::unique_ptr<QObject>> MakeTests() {
-  std::vector<std::unique_ptr<QObject>> tests;
-  tests.push_back(std::make_unique<FiltersTest>());
-  return tests;
-}
+ZEMTRA_TEST_CLASS(FiltersTest)
 
 }  // namespace zemtra::test
 

@@ -2,14 +2,12 @@
 // that is missing or has cubic outlines is reported and nothing is inserted; the dialog's values
 // are kept in section "TextToGCode".
 #include <QAction>
-#include <QApplication>
 #include <QCheckBox>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QTest>
-#include <QTimer>
 #include <functional>
 
 #include "app/AppTestSupport.h"
@@ -21,50 +19,28 @@
 
 namespace zemtra::test {
 
-namespace {
-
-const std::string& DocumentText(StartedPlot& plot) {
-  return plot->Engine().Editor.Document.Text();
-}
-
 // Opens the dialog from the menu and runs `use` on it while it shows.
-void UseFontDialog(StartedPlot& plot, std::function<void(TextToGCodeDialog&)> use) {
-  QTimer::singleShot(0, [use] {
-    auto* dialog = qobject_cast<TextToGCodeDialog*>(QApplication::activeModalWidget());
-    QVERIFY(dialog != nullptr && dialog->objectName() == "CFont");
-    use(*dialog);
-    if (dialog->isVisible()) dialog->reject();
+static void UseFontDialog(StartedPlot& plot, std::function<void(TextToGCodeDialog&)> use) {
+  WhenDialogShows<TextToGCodeDialog>("CFont", [use](TextToGCodeDialog& dialog) {
+    use(dialog);
+    if (dialog.isVisible()) dialog.reject();
   });
   plot->Actions().Find("mnuFont")->trigger();
 }
-
-void SetBox(QWidget& dialog, const char* name, const char* text) {
-  dialog.findChild<QLineEdit*>(name)->setText(text);
-}
-
-// With ZEMTRA_SHOTS set to a folder, saves a picture of `widget` there to be looked at.
-void SaveShot(QWidget& widget, const char* name) {
-  const QString folder = qEnvironmentVariable("ZEMTRA_SHOTS");
-  if (!folder.isEmpty()) widget.grab().save(folder + "/" + name);
-}
-
-}  // namespace
 
 class FontDialogTest : public QObject {
   Q_OBJECT
  private slots:
   void EngravingIsInsertedAtTheCaret() {
-    const Scratch scratch;
-    const std::string path = scratch.Write("main.nc", "G0 X0.\nM30\n");
-    StartedPlot plot(scratch);
-    plot->OpenPassedFile(path);
+    OpenedProgram opened("main.nc", "G0 X0.\nM30\n");
+    StartedPlot& plot = opened.plot;
     plot->Engine().Editor.Document.SetSelection(8, 0);  // the start of "M30"
     std::size_t previewContours = 0;
     UseFontDialog(plot, [&](TextToGCodeDialog& dialog) {
       dialog.SetFont(FontRequest{"Arial", false, false, 12});
-      SetBox(dialog, "txtPreview", "I");
-      SetBox(dialog, "txtHeight", "1");
-      SetBox(dialog, "txtZApproach", "20");  // above the retract: no approach block
+      SetText(dialog, "txtPreview", "I");
+      SetText(dialog, "txtHeight", "1");
+      SetText(dialog, "txtZApproach", "20");  // above the retract: no approach block
       dialog.UpdatePreview();
       previewContours = dialog.findChild<TextPreview*>("picPreview")->Contours().size();
       SaveShot(dialog, "cfont.png");
@@ -82,10 +58,8 @@ class FontDialogTest : public QObject {
 
   // Both failures leave the dialog open and the document unchanged.
   void UnusableFontsInsertNothing() {
-    const Scratch scratch;
-    const std::string path = scratch.Write("main.nc", "M30\n");
-    StartedPlot plot(scratch);
-    plot->OpenPassedFile(path);
+    OpenedProgram opened("main.nc", "M30\n");
+    StartedPlot& plot = opened.plot;
     struct Case {
       const char* family;
       const char* messageStart;
@@ -120,8 +94,8 @@ class FontDialogTest : public QObject {
     {
       StartedPlot plot(scratch, "", store);
       UseFontDialog(plot, [](TextToGCodeDialog& dialog) {
-        SetBox(dialog, "txtPreview", "Part 7");
-        SetBox(dialog, "txtHeight", "2.5");
+        SetText(dialog, "txtPreview", "Part 7");
+        SetText(dialog, "txtHeight", "2.5");
         dialog.findChild<QRadioButton*>("optJustify4")->setChecked(true);
         dialog.findChild<QCheckBox*>("chkTextOnArc")->setChecked(true);
         dialog.SetFont(FontRequest{"DejaVu Serif", true, false, 14});
@@ -149,11 +123,7 @@ class FontDialogTest : public QObject {
   }
 };
 
-std::vector<std::unique_ptr<QObject>> MakeTests() {
-  std::vector<std::unique_ptr<QObject>> tests;
-  tests.push_back(std::make_unique<FontDialogTest>());
-  return tests;
-}
+ZEMTRA_TEST_CLASS(FontDialogTest)
 
 }  // namespace zemtra::test
 

@@ -103,11 +103,7 @@ class InstanceTest : public QObject {
   }
 };
 
-std::vector<std::unique_ptr<QObject>> MakeTests() {
-  std::vector<std::unique_ptr<QObject>> tests;
-  tests.push_back(std::make_unique<InstanceTest>());
-  return tests;
-}
+ZEMTRA_TEST_CLASS(InstanceTest)
 
 }  // namespace zemtra::test
 

@@ -2,7 +2,6 @@
 // the work offsets go to the variable store, Save As makes a machine of its own, and choosing
 // the lathe or the mill from the menu changes the views, the tool bars and the picture.
 #include <QAction>
-#include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QGroupBox>
@@ -15,7 +14,6 @@
 #include <QRadioButton>
 #include <QTableWidget>
 #include <QTest>
-#include <QTimer>
 #include <QToolBar>
 #include <map>
 
@@ -63,15 +61,6 @@ static QMap<QString, QAction*> ConfigEntries(Plot& window) {
     if (action->property("zmtConfigEntry").toBool()) entries.insert(action->text(), action);
   }
   return entries;
-}
-
-// Runs `work` on the modal dialog once it is open.
-static void WhenDialogOpens(std::function<void(MachineSetupDialog&)> work) {
-  QTimer::singleShot(0, [work] {
-    auto* dialog = qobject_cast<MachineSetupDialog*>(QApplication::activeModalWidget());
-    QVERIFY(dialog != nullptr);
-    work(*dialog);
-  });
 }
 
 class MachineSetupTest : public QObject {
@@ -204,7 +193,7 @@ class MachineSetupTest : public QObject {
     const Scratch scratch;
     StartedPlot plot(scratch);
     const MachineConfig before = plot->Engine().Session.ActiveConfig;
-    WhenDialogOpens([](MachineSetupDialog& dialog) {
+    WhenDialogShows<MachineSetupDialog>("frmMSetup", [](MachineSetupDialog& dialog) {
       dialog.findChild<QRadioButton*>("optTypeLathe")->click();
       dialog.findChild<QTableWidget*>("flxWShift")->item(0, 0)->setText("12.5");
       dialog.findChild<QPushButton*>("cmdCancel")->click();
@@ -221,7 +210,7 @@ class MachineSetupTest : public QObject {
     fs::copy(SourceData() / "CONFIG" / "default", scratch.Folder() / "CONFIG" / "default");
     StartedPlot plot(scratch);
     const std::string target = (scratch.Folder() / "CONFIG" / "Router").string();
-    WhenDialogOpens([&target](MachineSetupDialog& dialog) {
+    WhenDialogShows<MachineSetupDialog>("frmMSetup", [&target](MachineSetupDialog& dialog) {
       dialog.Dialogs.SaveFile = [&target](const QString&, const QString&, const QString&,
                                           QString&) { return QString::fromStdString(target); };
       dialog.findChild<QTableWidget*>("flxWShift")->item(1, 2)->setText("-3");
@@ -281,11 +270,7 @@ class MachineSetupTest : public QObject {
   }
 };
 
-std::vector<std::unique_ptr<QObject>> MakeTests() {
-  std::vector<std::unique_ptr<QObject>> tests;
-  tests.push_back(std::make_unique<MachineSetupTest>());
-  return tests;
-}
+ZEMTRA_TEST_CLASS(MachineSetupTest)
 
 }  // namespace zemtra::test
 

@@ -82,10 +82,8 @@ class MacroStepTest : public QObject {
   // Step by step through a counting loop: the block, its evaluated form, the caret and the
   // variable follow; a break expression, then an animation to the end.
   void SteppingShowsTheVariableChange() {
-    const Scratch scratch;
-    const std::string path = scratch.Write("loop.nc", kLoop);
-    StartedPlot plot(scratch);
-    plot->OpenPassedFile(path);
+    OpenedProgram opened("loop.nc", kLoop);
+    StartedPlot& plot = opened.plot;
     vDsp& window = OpenVariableDisplay(plot);
     QVERIFY(window.isVisible());
     QCOMPARE(window.windowTitle(), QString("Variable Display"));
@@ -115,10 +113,8 @@ class MacroStepTest : public QObject {
   }
 
   void StepToCursorStopsBeforeTheCaretLine() {
-    const Scratch scratch;
-    const std::string path = scratch.Write("loop.nc", kLoop);
-    StartedPlot plot(scratch);
-    plot->OpenPassedFile(path);
+    OpenedProgram opened("loop.nc", kLoop);
+    StartedPlot& plot = opened.plot;
     vDsp& window = OpenVariableDisplay(plot);
     PutCaretOnLine(plot, 5);
     Press(window, "stepto");
@@ -153,10 +149,8 @@ class MacroStepTest : public QObject {
   }
 
   void VariablesAreEditedAndWatched() {
-    const Scratch scratch;
-    const std::string path = scratch.Write("loop.nc", kLoop);
-    StartedPlot plot(scratch);
-    plot->OpenPassedFile(path);
+    OpenedProgram opened("loop.nc", kLoop);
+    StartedPlot& plot = opened.plot;
     vDsp& window = OpenVariableDisplay(plot);
     QStringList answers{"#5021", "#999", "2*3"};
     QStringList asked;
@@ -181,11 +175,8 @@ class MacroStepTest : public QObject {
   }
 
   void PlotToCursorDrawsOnlyUpToTheCaret() {
-    const Scratch scratch;
-    const std::string path =
-        scratch.Write("square.nc", "G0X0Y0\nG1X10.F10.\nG1Y10.\nG1X0\nG1Y0\nM30\n");
-    StartedPlot plot(scratch);
-    plot->OpenPassedFile(path);
+    OpenedProgram opened("square.nc", "G0X0Y0\nG1X10.F10.\nG1Y10.\nG1X0\nG1Y0\nM30\n");
+    StartedPlot& plot = opened.plot;
     Viewport& view = plot->Engine().View;
     QCOMPARE(view.EntityCount(), 4);
     const int whole = DrawnPixels(plot);
@@ -218,10 +209,8 @@ class MacroStepTest : public QObject {
   }
 
   void ModalStateIsTakenAtTheCaretLine() {
-    const Scratch scratch;
-    const std::string path = scratch.Write("modal.nc", "G0X0Y0\nG1X1.F10.\nG0X5.\nM30\n");
-    StartedPlot plot(scratch);
-    plot->OpenPassedFile(path);
+    OpenedProgram opened("modal.nc", "G0X0Y0\nG1X1.F10.\nG0X5.\nM30\n");
+    StartedPlot& plot = opened.plot;
     PutCaretOnLine(plot, 2);
     plot->Actions().Find("mnuShowModal")->trigger();
     auto* window = plot->findChild<ModalStateWindow*>("frmModal");
@@ -236,11 +225,8 @@ class MacroStepTest : public QObject {
   }
 
   void PartInformationShowsTimesAndKeepsTheRates() {
-    const Scratch scratch;
-    const std::string path =
-        scratch.Write("part.nc", "G0X0Y0Z1.\nG1Z-1.F60.\nG1X60.\nT2M6\nG0Z1.\nX100.\nM30\n");
-    StartedPlot plot(scratch);
-    plot->OpenPassedFile(path);
+    OpenedProgram opened("part.nc", "G0X0Y0Z1.\nG1Z-1.F60.\nG1X60.\nT2M6\nG0Z1.\nX100.\nM30\n");
+    StartedPlot& plot = opened.plot;
     plot->Actions().Find("mnuPartInfo")->trigger();
     auto* dialog = plot->findChild<Info*>("Info");
     QVERIFY(dialog != nullptr && dialog->isVisible());
@@ -259,11 +245,7 @@ class MacroStepTest : public QObject {
   }
 };
 
-std::vector<std::unique_ptr<QObject>> MakeTests() {
-  std::vector<std::unique_ptr<QObject>> tests;
-  tests.push_back(std::make_unique<MacroStepTest>());
-  return tests;
-}
+ZEMTRA_TEST_CLASS(MacroStepTest)
 
 }  // namespace zemtra::test
 

@@ -22,10 +22,10 @@ constexpr const char* kPart = "G0 X0. Y0. Z5.\nG1 Z-1. F100.\nX40.\nY20.\nX0.\nY
 class PickingTest : public QObject {
   Q_OBJECT
  private:
-  std::unique_ptr<Scratch> scratch_;
-  std::unique_ptr<StartedPlot> plot_;
-  Workspace& Engine() { return (*plot_)->Engine(); }
-  PictureBox* Picture() { return (*plot_)->Picture(); }
+  std::unique_ptr<OpenedProgram> opened_;
+  Plot& Window() { return opened_->plot.window(); }
+  Workspace& Engine() { return Window().Engine(); }
+  PictureBox* Picture() { return Window().Picture(); }
 
   // The picture's pixel of machine point (x, y, z).
   QPoint PixelOf(float x, float y, float z) {
@@ -50,22 +50,15 @@ class PickingTest : public QObject {
   }
 
  private slots:
-  void init() {
-    scratch_ = std::make_unique<Scratch>();
-    plot_ = std::make_unique<StartedPlot>(*scratch_);
-    (*plot_)->OpenPassedFile(scratch_->Write("part.nc", kPart));
-  }
-  void cleanup() {
-    plot_.reset();
-    scratch_.reset();
-  }
+  void init() { opened_ = std::make_unique<OpenedProgram>("part.nc", kPart); }
+  void cleanup() { opened_.reset(); }
 
   void ClickingAnEntityShowsItsLineAndReport() {
     QTest::mouseClick(Picture(), Qt::LeftButton, Qt::NoModifier, PixelOf(40, 10, -1));
     QCOMPARE(CurrentLine(), 3);  // "Y20."
     QVERIFY(Engine().Editor.Document.SelLength() > 0);
     QCOMPARE(Selected(), std::vector<int>{4});
-    auto* info = (*plot_)->findChild<EntityInfoWindow*>("eInfo");
+    auto* info = Window().findChild<EntityInfoWindow*>("eInfo");
     QVERIFY(info != nullptr && info->isVisible());
     QVERIFY2(info->Report().startsWith("LINE AT FEED\n\nStart       X40.0 Y0.0 Z-1.0\n"),
              qPrintable(info->Report()));
@@ -78,12 +71,12 @@ class PickingTest : public QObject {
   void HighlightSelectedSelectsTheEntitiesOfTheCaretLine() {
     ProgramDocument& text = Engine().Editor.Document;
     text.SetSelection(text.Text().find("Y20."), 0);
-    (*plot_)->Actions().Find("mnuHighlightSelected")->trigger();
+    Window().Actions().Find("mnuHighlightSelected")->trigger();
     QCOMPARE(Selected(), std::vector<int>{4});
     // A selection over several lines takes all of them; what was selected stays.
     const std::size_t from = text.Text().find("X0.\r\n");
     text.SetSelection(from, text.Text().find("G0 Z5.") - from);
-    (*plot_)->Actions().Find("mnuHighlightSelected")->trigger();
+    Window().Actions().Find("mnuHighlightSelected")->trigger();
     QCOMPARE(Selected(), (std::vector<int>{4, 5, 6}));
   }
 
@@ -93,7 +86,7 @@ class PickingTest : public QObject {
     QTest::mousePress(Picture(), Qt::LeftButton, Qt::NoModifier, a);
     Move(b, Qt::LeftButton);
     QTest::mouseRelease(Picture(), Qt::LeftButton, Qt::NoModifier, b);
-    QCOMPARE((*plot_)->Panels().Text("msg"), QString("1 entities added to selection"));
+    QCOMPARE(Window().Panels().Text("msg"), QString("1 entities added to selection"));
     QCOMPARE(Selected(), std::vector<int>{4});
     QCOMPARE(CurrentLine(), 3);
     // Right to left: everything touched.
@@ -111,9 +104,9 @@ class PickingTest : public QObject {
 
   void ARightClickOpensThePopupAndARightDragPans() {
     QTest::mouseClick(Picture(), Qt::RightButton, Qt::NoModifier, QPoint(100, 100));
-    auto* popup = (*plot_)->findChild<QMenu*>("mnuViewportPopup");
+    auto* popup = Window().findChild<QMenu*>("mnuViewportPopup");
     QVERIFY(popup != nullptr && popup->isVisible());
-    QVERIFY(popup->actions().contains((*plot_)->Actions().Find("mnuZoomSelected")));
+    QVERIFY(popup->actions().contains(Window().Actions().Find("mnuZoomSelected")));
     popup->close();
     const float centerX = Engine().View.View.ViewCenterX;
     QTest::mousePress(Picture(), Qt::RightButton, Qt::NoModifier, QPoint(100, 100));
@@ -135,17 +128,17 @@ class PickingTest : public QObject {
 
   void MeasuringSnapsToEndsAndReports() {
     QTest::keyClick(Picture(), Qt::Key_M);
-    QCOMPARE((*plot_)->Panels().Text("msg"), QString("Select 1st Point"));
+    QCOMPARE(Window().Panels().Text("msg"), QString("Select 1st Point"));
     // The first end near the pointer in table order: the approach rapid's, at Z5.
     const QPoint first = PixelOf(0, 0, -1) + QPoint(3, 2);
     Move(first);
     QTest::mouseClick(Picture(), Qt::LeftButton, Qt::NoModifier, first);
-    QCOMPARE((*plot_)->Panels().Text("msg"), QString("Select 2nd Point"));
+    QCOMPARE(Window().Panels().Text("msg"), QString("Select 2nd Point"));
     const QPoint second = PixelOf(40, 20, -1);
     Move(second);
     QTest::mouseClick(Picture(), Qt::LeftButton, Qt::NoModifier, second);
-    QVERIFY(!plot_->prompts.empty());
-    QCOMPARE(QString::fromStdString(plot_->prompts.back().text),
+    QVERIFY(!opened_->plot.prompts.empty());
+    QCOMPARE(QString::fromStdString(opened_->plot.prompts.back().text),
              QString("X Distance:  40.0\r\nY Distance:  20.0\r\nZ Distance:  6.0\r\n"
                      "Overall Distance:  45.1221"));
     QCOMPARE(Selected(), std::vector<int>{});  // measuring selects nothing
@@ -159,22 +152,18 @@ class PickingTest : public QObject {
     QCOMPARE(CurrentLine(), Engine().Table[2].LineNumber - 1);
     QTest::keyClick(Picture(), Qt::Key_B);
     QCOMPARE(Engine().View.DrawLast, 1);
-    (*plot_)->Settings().Preferences.AnimateDelay = 0;
-    (*plot_)->Actions().Find("mnuRewind")->trigger();
+    Window().Settings().Preferences.AnimateDelay = 0;
+    Window().Actions().Find("mnuRewind")->trigger();
     QCOMPARE(Engine().View.DrawLast, 0);
-    (*plot_)->Actions().Find("mnuAnimate")->trigger();
-    QVERIFY((*plot_)->Busy);
-    QTRY_VERIFY_WITH_TIMEOUT(!(*plot_)->Busy, 5000);
+    Window().Actions().Find("mnuAnimate")->trigger();
+    QVERIFY(Window().Busy);
+    QTRY_VERIFY_WITH_TIMEOUT(!Window().Busy, 5000);
     QCOMPARE(Engine().View.DrawLast, count);
     QCOMPARE(CurrentLine(), Engine().Table[count].LineNumber - 1);
   }
 };
 
-std::vector<std::unique_ptr<QObject>> MakeTests() {
-  std::vector<std::unique_ptr<QObject>> tests;
-  tests.push_back(std::make_unique<PickingTest>());
-  return tests;
-}
+ZEMTRA_TEST_CLASS(PickingTest)
 
 }  // namespace zemtra::test
 

@@ -43,7 +43,7 @@ class ScriptWindowTest : public QObject {
     QCOMPARE(plot->Engine().Session.ActiveConfig.MachineType, std::int16_t(0));
     QVERIFY(plot->Actions().ToolBar("tlbLathe")->isHidden());
     // A directive after the first block is not part of the header.
-    QCOMPARE(plot->Engine().Editor.Document.Text(),
+    QCOMPARE(DocumentText(plot),
              std::string("[## ZMTSetConfig(\"default\")]\r\nG0 X1.\r\n(## ZMTFileNew)\r\n"));
   }
 
@@ -65,7 +65,7 @@ class ScriptWindowTest : public QObject {
     QCOMPARE(second->text(), QString("Zap"));
     QVERIFY(menu->findChild<QAction*>("mnuScript2") == nullptr);
     first->trigger();
-    QCOMPARE(plot->Engine().Editor.Document.Text(), std::string("%\r\nG0 X1.\r\n"));
+    QCOMPARE(DocumentText(plot), std::string("%\r\nG0 X1.\r\n"));
     QCOMPARE(plot.prompts.size(), std::size_t(0));
   }
 
@@ -103,11 +103,7 @@ class ScriptWindowTest : public QObject {
   }
 };
 
-std::vector<std::unique_ptr<QObject>> MakeTests() {
-  std::vector<std::unique_ptr<QObject>> tests;
-  tests.push_back(std::make_unique<ScriptWindowTest>());
-  return tests;
-}
+ZEMTRA_TEST_CLASS(ScriptWindowTest)
 
 }  // namespace zemtra::test
 

@@ -128,11 +128,7 @@ class TextViewTest : public QObject {
   } host_;
 };
 
-std::vector<std::unique_ptr<QObject>> MakeTests() {
-  std::vector<std::unique_ptr<QObject>> tests;
-  tests.push_back(std::make_unique<TextViewTest>());
-  return tests;
-}
+ZEMTRA_TEST_CLASS(TextViewTest)
 
 }  // namespace zemtra::test
 

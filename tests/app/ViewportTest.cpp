@@ -1,5 +1,5 @@
 // The viewport in the window: wheel zoom about the middle, pan and isometric rotation by
-// dragging, the zoom window, the position in the status bar, and the views of the machine type.
+// dragging, the zoom window, the position in the status bar, and the mill's isometric view.
 #include <QAction>
 #include <QTest>
 #include <QWheelEvent>
@@ -36,22 +36,15 @@ static void Drag(QWidget* widget, Qt::MouseButton button, QPoint from, QPoint to
 class ViewportTest : public QObject {
   Q_OBJECT
  private:
-  std::unique_ptr<Scratch> scratch_;
-  std::unique_ptr<StartedPlot> plot_;
-  Viewport& View() { return (*plot_)->Engine().View; }
-  PictureBox* Picture() { return (*plot_)->Picture(); }
+  std::unique_ptr<OpenedProgram> opened_;
+  Plot& Window() { return opened_->plot.window(); }
+  Viewport& View() { return Window().Engine().View; }
+  PictureBox* Picture() { return Window().Picture(); }
 
  private slots:
-  void init() {
-    // The picture is laid out before the program is plotted, as at a real start.
-    scratch_ = std::make_unique<Scratch>();
-    plot_ = std::make_unique<StartedPlot>(*scratch_);
-    (*plot_)->OpenPassedFile(scratch_->Write("part.nc", kPart));
-  }
-  void cleanup() {
-    plot_.reset();
-    scratch_.reset();
-  }
+  // The picture is laid out before the program is plotted, as at a real start.
+  void init() { opened_ = std::make_unique<OpenedProgram>("part.nc", kPart); }
+  void cleanup() { opened_.reset(); }
 
   void WheelZoomsAboutTheMiddle() {
     const float width = View().View.ScaleWidth;
@@ -69,26 +62,26 @@ class ViewportTest : public QObject {
     Drag(Picture(), Qt::RightButton, QPoint(100, 100), QPoint(140, 100));
     // The picture follows the pointer one to one: the centre moves against the drag.
     QVERIFY(qAbs(View().View.ViewCenterX - (centerX - 40 * unitsPerPixel)) < unitsPerPixel);
-    QCOMPARE((*plot_)->Panels().Text("msg"), QString());
+    QCOMPARE(Window().Panels().Text("msg"), QString());
   }
 
   void RightDragRotatesTheIsometricView() {
-    (*plot_)->Actions().Find("mnuViewISO")->trigger();
+    Window().Actions().Find("mnuViewISO")->trigger();
     const double angle = View().View.ViewAngle;
     const double tip = View().View.TipAngle;
     Drag(Picture(), Qt::RightButton, QPoint(100, 100), QPoint(160, 130));
     QVERIFY(View().View.ViewAngle != angle);
     QVERIFY(View().View.TipAngle != tip);
-    (*plot_)->Actions().Find("mnuLockVertRotation")->trigger();
+    Window().Actions().Find("mnuLockVertRotation")->trigger();
     const double locked = View().View.TipAngle;
     Drag(Picture(), Qt::RightButton, QPoint(100, 100), QPoint(160, 160));
     QCOMPARE(View().View.TipAngle, locked);  // only Shift tilts when locked
   }
 
   void ZoomWindowFitsTheBoxAndEnds() {
-    QAction* zoomWindow = (*plot_)->Actions().Find("mnuZoomWindow");
+    QAction* zoomWindow = Window().Actions().Find("mnuZoomWindow");
     zoomWindow->trigger();
-    QCOMPARE((*plot_)->Panels().Text("msg"),
+    QCOMPARE(Window().Panels().Text("msg"),
              QString("Click and drag to select the desired view window"));
     const float width = View().View.ScaleWidth;
     Drag(Picture(), Qt::LeftButton, QPoint(50, 50), QPoint(90, 80));
@@ -101,7 +94,7 @@ class ViewportTest : public QObject {
     QMouseEvent move(QEvent::MouseMove, QPointF(30, 40), Picture()->mapToGlobal(QPointF(30, 40)),
                      Qt::NoButton, Qt::NoButton, Qt::NoModifier);
     QApplication::sendEvent(Picture(), &move);
-    const QString position = (*plot_)->Panels().Text("pos");
+    const QString position = Window().Panels().Text("pos");
     QVERIFY2(position.startsWith('X') && position.contains(", Y"), qPrintable(position));
   }
 
@@ -113,26 +106,15 @@ class ViewportTest : public QObject {
     QVERIFY(qAbs(View().View.ScaleWidth - width) < width * 1e-3);
   }
 
-  // A lathe shows the lathe views only; a mill's isometric view stays isometric.
-  void MachineTypeChoosesTheViews() {
-    Plot& window = plot_->window();
-    window.SetMachineType(1);
-    QVERIFY(!window.Actions().Find("mnuViewFront")->isVisible());
-    QVERIFY(window.Actions().Find("mnuViewLatheFront")->isVisible());
-    QCOMPARE(View().View.CurrentView, std::int16_t(9));
-    window.SetMachineType(0);
-    QCOMPARE(View().View.CurrentView, std::int16_t(0));
-    window.Actions().Find("mnuViewISO")->trigger();
-    window.SetMachineType(0);
+  // Setting the mill type again leaves a mill's isometric view as it is.
+  void MillKeepsItsIsometricView() {
+    Window().Actions().Find("mnuViewISO")->trigger();
+    Window().SetMachineType(0);
     QCOMPARE(View().View.CurrentView, std::int16_t(6));
   }
 };
 
-std::vector<std::unique_ptr<QObject>> MakeTests() {
-  std::vector<std::unique_ptr<QObject>> tests;
-  tests.push_back(std::make_unique<ViewportTest>());
-  return tests;
-}
+ZEMTRA_TEST_CLASS(ViewportTest)
 
 }  // namespace zemtra::test
 

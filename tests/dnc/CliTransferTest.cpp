@@ -5,10 +5,9 @@
 #include <QElapsedTimer>
 #include <QProcess>
 #include <QProcessEnvironment>
-#include <QTemporaryDir>
-#include <fstream>
 
 #include "PtyPair.h"
+#include "support/ScratchFolder.h"
 #include "support/TestSupport.h"
 
 namespace zemtra {
@@ -16,31 +15,16 @@ namespace {
 
 using test::PtyPair;
 
-// zemtra-cli with an application folder of its own.
-class Cli {
- public:
-  Cli() {
-    std::filesystem::create_directories(Home() + "/DNC");
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert("ZEMTRA_HOME", QString::fromStdString(Home()));
-    environment.insert("LC_ALL", "C");
-    environment_ = environment;
-  }
-  std::string Home() const { return dir_.filePath("home").toStdString(); }
-  std::string Path(const std::string& name) const {
-    return dir_.filePath(name.c_str()).toStdString();
-  }
-  void Write(const std::string& path, const std::string& bytes) const {
-    std::ofstream(path, std::ios::binary) << bytes;
-  }
+// zemtra-cli with an application folder of its own, "home" in `folder`.
+struct Cli {
   void Start(QProcess& process, const QStringList& arguments) const {
-    process.setProcessEnvironment(environment_);
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert("ZEMTRA_HOME", QString::fromStdString((folder / "home").string()));
+    environment.insert("LC_ALL", "C");
+    process.setProcessEnvironment(environment);
     process.start(ZEMTRA_CLI_BINARY, arguments);
   }
-
- private:
-  QTemporaryDir dir_;
-  QProcessEnvironment environment_;
+  test::ScratchFolder folder;
 };
 
 QString Q(const std::string& text) {
@@ -77,13 +61,12 @@ TEST(CliTransfer, SendAndReceiveByteForByte) {
     PtyPair pair(false);
     ZEMTRA_REQUIRE_PTY_PAIR(pair);
     Cli cli;
-    const std::string program = cli.Path("part.nc");
-    const std::string received = cli.Path("received.nc");
-    cli.Write(program, c.program);
-    cli.Write(cli.Home() + "/DNC/Line.rs",
-              "[COM SETUP]\r\nPort = " + pair.NearPath() +
-                  "\r\nBaud = 19200\r\nData Bits = 8\r\nParity = None\r\n\r\n"
-                  "[TRANSMIT OPTIONS]\r\nStrip Spaces = True\r\n");
+    const std::string program = cli.folder.Write("part.nc", c.program);
+    const std::string received = (cli.folder / "received.nc").string();
+    cli.folder.Write("home/DNC/Line.rs",
+                     "[COM SETUP]\r\nPort = " + pair.NearPath() +
+                         "\r\nBaud = 19200\r\nData Bits = 8\r\nParity = None\r\n\r\n"
+                         "[TRANSMIT OPTIONS]\r\nStrip Spaces = True\r\n");
 
     QProcess receiver;
     cli.Start(receiver, {"receive", "--port", Q(pair.FarPath()), "--baud", "19200",

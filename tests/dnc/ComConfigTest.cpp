@@ -3,11 +3,11 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
-#include <fstream>
 
 #include "core/AppFolder.h"
 #include "core/RecordingHost.h"
 #include "dnc/TransmitClock.h"
+#include "support/ScratchFolder.h"
 #include "support/TestSupport.h"
 
 namespace zemtra {
@@ -47,19 +47,15 @@ ComConfig SampleConfig() {
   return config;
 }
 
+// An application folder of its own with an empty DNC folder.
 class DncFolder : public ::testing::Test {
  protected:
-  void SetUp() override {
-    home_ = fs::temp_directory_path() /
-            ("zmt-dnc-" + std::to_string(::testing::UnitTest::GetInstance()->random_seed()) +
-             ::testing::UnitTest::GetInstance()->current_test_info()->name());
-    fs::create_directories(home_ / "DNC");
-  }
-  void TearDown() override { fs::remove_all(home_); }
+  DncFolder() { fs::create_directories(home_ / "DNC"); }
   void WriteFile(const std::string& name, std::string_view text) {
-    std::ofstream(home_ / "DNC" / name, std::ios::binary) << text;
+    scratch_.Write("DNC/" + name, text);
   }
-  fs::path home_;
+  test::ScratchFolder scratch_;
+  const fs::path home_ = scratch_.path();
   RecordingHost host_;
 };
 

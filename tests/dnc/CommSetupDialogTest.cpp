@@ -6,13 +6,11 @@
 #include <QComboBox>
 #include <QLineEdit>
 #include <filesystem>
-#include <fstream>
 #include <string>
-
-#include <unistd.h>
 
 #include "core/RecordingHost.h"
 #include "dnc/ComConfig.h"
+#include "support/ScratchFolder.h"
 
 namespace zemtra {
 namespace {
@@ -21,21 +19,17 @@ namespace fs = std::filesystem;
 
 class CommSetup : public ::testing::Test {
  protected:
-  void SetUp() override {
-    // One folder per test and process: ctest runs the tests of this file side by side.
-    const std::string name = ::testing::UnitTest::GetInstance()->current_test_info()->name();
-    session_.AppFolder = fs::temp_directory_path() /
-                         ("zemtra-comm-setup-" + name + "-" + std::to_string(::getpid()));
-    fs::remove_all(session_.AppFolder);
+  CommSetup() {
+    session_.AppFolder = scratch_.path();
     fs::create_directories(session_.AppFolder / "DNC");
   }
-  void TearDown() override { fs::remove_all(session_.AppFolder); }
   template <typename T>
   T* Control(CommSetupDialog& dialog, const char* name) {
     T* control = dialog.findChild<T*>(QString::fromLatin1(name));
     EXPECT_NE(control, nullptr) << name;
     return control;
   }
+  test::ScratchFolder scratch_;
   DncSession session_;
   RecordingHost host_;
 };
@@ -61,7 +55,7 @@ TEST_F(CommSetup, ShowsTheConfigurationInForceAndEditsIt) {
   haas.WaitForXON = true;
   haas.RXTimeoutBefore = 30;
   ASSERT_TRUE(SaveComConfig(session_.AppFolder / "DNC" / "Haas.rs", haas));
-  std::ofstream(session_.AppFolder / "DNC" / "Fanuc.RS") << "[COM SETUP]\nBaud = 31250\n";
+  scratch_.Write("DNC/Fanuc.RS", "[COM SETUP]\nBaud = 31250\n");
   session_.ConfigName = "haas";
   CommSetupDialog dialog(session_, host_);
   EXPECT_TRUE(host_.shown.empty());

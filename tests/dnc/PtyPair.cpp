@@ -12,7 +12,6 @@
 #include <chrono>
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
 #include <thread>
 
 namespace zemtra::test {
@@ -130,19 +129,6 @@ bool RunEventsUntil(const std::function<bool()>& done, int ms) {
     std::this_thread::sleep_for(std::chrono::milliseconds(2));
   }
   return done();
-}
-
-TempFile::TempFile(std::string_view bytes) {
-  char pattern[] = "/tmp/zmt-send-XXXXXX";
-  const int fd = ::mkstemp(pattern);
-  if (fd >= 0) ::close(fd);
-  path_ = pattern;
-  std::ofstream(path_, std::ios::binary)
-      .write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
-}
-
-TempFile::~TempFile() {
-  ::unlink(path_.c_str());
 }
 
 std::string ProgramOfSize(std::size_t size) {

@@ -7,6 +7,8 @@
 #include <string>
 #include <string_view>
 
+#include "support/ScratchFolder.h"
+
 namespace zemtra::test {
 
 class PtyPair {
@@ -50,14 +52,15 @@ std::string ProgramOfSize(std::size_t size);
 
 // Lets the event loop run until `done` holds or `ms` milliseconds pass; returns `done()`.
 bool RunEventsUntil(const std::function<bool()>& done, int ms);
-// A temporary file holding `bytes`, removed with the object.
+
+// A file holding `bytes` in a scratch folder of its own, removed with the object.
 class TempFile {
  public:
-  explicit TempFile(std::string_view bytes);
-  ~TempFile();
+  explicit TempFile(std::string_view bytes) : path_(folder_.Write("part.nc", bytes)) {}
   const std::string& Path() const { return path_; }
 
  private:
+  ScratchFolder folder_;
   std::string path_;
 };
 

@@ -122,18 +122,18 @@ TEST(Receiver, WithoutTimeoutsOnlyEscEndsTheReceive) {
 }
 
 TEST(Receiver, UnpluggedCableKeepsWhatCame) {
-  auto pair = std::make_unique<PtyPair>();
-  ZEMTRA_REQUIRE_PTY_PAIR(*pair);
+  PtyPair pair;
+  ZEMTRA_REQUIRE_PTY_PAIR(pair);
   ReceiveFixture rx;
-  ASSERT_TRUE(rx.receiver.Start(LineOn(pair->NearPath(), 0, 0)));
+  ASSERT_TRUE(rx.receiver.Start(LineOn(pair.NearPath(), 0, 0)));
   const std::string part = test::ProgramOfSize(5000);
-  pair->Write(part);
+  pair.Write(part);
   RunEventsUntil([&] { return rx.text.size() == part.size(); }, 3000);
-  pair->Unplug();
+  pair.Unplug();
   ASSERT_TRUE(rx.WaitFinished(3000)) << "the receiver did not notice the dead line";
   EXPECT_EQ(rx.text, part);
   const std::string message = rx.LastMessage();
-  EXPECT_NE(message.find(pair->NearPath() + " closed"), std::string::npos) << message;
+  EXPECT_NE(message.find(pair.NearPath() + " closed"), std::string::npos) << message;
 }
 
 TEST(Receiver, PortsThatCannotOpenSaySoAndStayClosed) {

@@ -4,14 +4,12 @@
 
 #include <QPointer>
 #include <filesystem>
-#include <fstream>
+#include <string>
 
 #include "PtyPair.h"
 #include "core/RecordingHost.h"
 #include "core/SettingsStore.h"
 #include "dnc/ComConfig.h"
-#include <string>
-#include <unistd.h>
 
 namespace zemtra {
 namespace {
@@ -27,26 +25,18 @@ struct WindowFixture {
     session.Config.DataBits = 8;
     session.Config.Parity = "None";
   }
+  test::ScratchFolder scratch;
   DncSession session;
   RecordingHost host;
   MemorySettingsStore settings;
 };
-
-std::string WriteProgram(const std::string& text) {
-  const std::string path =
-      (std::filesystem::temp_directory_path() /
-       ("zemtra-tx-window-" + std::to_string(::getpid()) + "-" +
-        ::testing::UnitTest::GetInstance()->current_test_info()->name() + ".nc")).string();
-  std::ofstream(path, std::ios::binary) << text;
-  return path;
-}
 
 TEST(TransmitWindow, SendsToTheEndThenDeletesItsTemporaryFile) {
   PtyPair pair;
   ZEMTRA_REQUIRE_PTY_PAIR(pair);
   WindowFixture fixture(pair.NearPath());
   const std::string program = test::ProgramOfSize(3000);
-  const std::string path = WriteProgram(program);
+  const std::string path = fixture.scratch.Write("part.nc", program);
   QPointer<TransmitWindow> window =
       new TransmitWindow(fixture.session, fixture.host, fixture.settings, path, "PART.NC", true);
   EXPECT_EQ(window->windowTitle(), "Transmit Ready");
@@ -65,7 +55,7 @@ TEST(TransmitWindow, ClosingDuringASendAsksAndKeepsTheUsersFile) {
   PtyPair pair;
   ZEMTRA_REQUIRE_PTY_PAIR(pair);
   WindowFixture fixture(pair.NearPath());
-  const std::string path = WriteProgram(test::ProgramOfSize(600000));
+  const std::string path = fixture.scratch.Write("big.nc", test::ProgramOfSize(600000));
   QPointer<TransmitWindow> window =
       new TransmitWindow(fixture.session, fixture.host, fixture.settings, path, "BIG.NC", false);
   window->Start();
@@ -83,7 +73,6 @@ TEST(TransmitWindow, ClosingDuringASendAsksAndKeepsTheUsersFile) {
   EXPECT_TRUE(window->close());
   EXPECT_TRUE(std::filesystem::exists(path)) << "the user's own file was deleted";
   RunEventsUntil([&] { return window.isNull(); }, 1000);
-  std::filesystem::remove(path);
 }
 
 }  // namespace
