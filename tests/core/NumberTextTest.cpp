@@ -237,20 +237,8 @@ TEST(NumericTextValue, ReadsBackTheGeneralForm) {
   }
 }
 
-TEST(ScanNumber, WalksAMacroList) {
-  const std::string list = "G120, G0, G130";
-  int position = 1;
-  EXPECT_EQ(ScanNumber(list, position), 120);
-  EXPECT_EQ(position, 5);
-  EXPECT_EQ(ScanNumber(list, position), 0);
-  EXPECT_EQ(position, 9);
-  EXPECT_EQ(ScanNumber(list, position), 130);
-  EXPECT_EQ(position, 15);
-  EXPECT_EQ(ScanNumber(list, position), 0);
-  EXPECT_EQ(position, 15);
-}
-
 TEST(ScanNumber, TakesTheWholeRunOfSignsDigitsAndPoints) {
+  constexpr const char* kList = "G120, G0, G130";  // walked scan by scan
   const struct {
     const char* text;
     int start;
@@ -260,6 +248,8 @@ TEST(ScanNumber, TakesTheWholeRunOfSignsDigitsAndPoints) {
       {"X-1.5Y+2", 1, -1.5, 6}, {"X-1.5Y+2", 6, 2, 9}, {"1-2 3", 1, 1, 4},
       {"abc", 1, 0, 4},         {"", 1, 0, 1},         {"L 12", 0, 12, 5},
       {"L 12", -3, 12, 5},      {"12", 9, 0, 9},       {"WHILE [#1 LT 3]", 1, 1, 10},
+      {kList, 1, 120, 5},       {kList, 5, 0, 9},      {kList, 9, 130, 15},
+      {kList, 15, 0, 15},
   };
   for (const auto& c : cases) {
     int position = c.start;

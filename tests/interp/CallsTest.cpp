@@ -38,7 +38,7 @@ std::vector<int> LineNumbers(const PlotFixture& fx) {
 
 // --- Macro statements ------------------------------------------------------------------------
 
-TEST(Statements, LoopsAndJumpsDrawAndKeepTheLineCounter) {
+TEST(Statements, LoopsJumpsAndConditionsDrawAndKeepTheLineCounter) {
   PlotFixture fx;
   // A WHILE loop of three passes, then a GOTO over a block. (The first motion only places
   // the start of the first entity.)
@@ -46,13 +46,10 @@ TEST(Statements, LoopsAndJumpsDrawAndKeepTheLineCounter) {
   EXPECT_EQ(Ends(fx), (std::vector<Point>{{1, 0, 0}, {2, 0, 0}, {3, 0, 0}, {3, 1, 0}}));
   // Entities made after a jump carry the line they were read from.
   EXPECT_EQ(LineNumbers(fx), (std::vector<int>{5, 5, 5, 9}));
-  EXPECT_TRUE(fx.host.shown.empty());
-}
-
-TEST(Statements, IfThenRunsTheRestOfTheBlock) {
-  PlotFixture fx;
+  // IF ... THEN runs the rest of its block.
   EXPECT_EQ(fx.Plot("G0X0|#1=2|IF[#1EQ2]THENG1X5.|IF[#1EQ3]THENG1X9.|M30"), 1);
   EXPECT_EQ(End(fx, 1), (Point{5, 0, 0}));
+  EXPECT_TRUE(fx.host.shown.empty());
 }
 
 TEST(Statements, MessagesAndErrorsStopTheRun) {
@@ -118,18 +115,15 @@ TEST(Subprograms, LocalsAndArgumentsOfEachCall) {
   EXPECT_EQ(read(105), "");
 }
 
-TEST(Subprograms, ReturnsAndLocalBlocks) {
+TEST(Subprograms, ReturnsLocalBlocksAndEnds) {
   PlotFixture fx;
   // M99 P20 returns to N20 of the caller; M97 P50 runs N50 of the same text.
   fx.Plot("G0X0|M98P100|G0X7.|N20G0Y2.|M97P50|M30|N50G0Z3.|M99|O100|G0X1.|M99P20");
   EXPECT_EQ(Ends(fx), (std::vector<Point>{{1, 0, 0}, {1, 2, 0}, {1, 2, 3}}));
   EXPECT_TRUE(fx.host.shown.empty()) << fx.host.lastText();
-}
-
-TEST(Subprograms, M30InASubprogramEndsTheRun) {
-  PlotFixture fx;
+  // M30 in a subprogram ends the whole run.
   fx.Plot("G0X0|M98P100|G0X7.|M30|O100|G0X1.|M30");
-  EXPECT_EQ(End(fx, fx.table.HighestIndex()), (Point{1, 0, 0}));
+  EXPECT_EQ(Ends(fx), (std::vector<Point>{{1, 0, 0}}));
 }
 
 TEST(Subprograms, CallErrorsNameTheMistake) {
@@ -187,38 +181,6 @@ TEST(Subprograms, ErrorsInsideACalledFileNameTheFile) {
 
 // --- Canned cycles and external macros -------------------------------------------------------
 
-TEST(CannedCycles, DrillingReturnsToTheInitialOrTheRLevel) {
-  struct Case {
-    const char* returnCode;
-    std::vector<Point> ends;
-    std::vector<int> lines;
-  } cases[] = {
-      // G98: back to the initial level Z1 after each hole.
-      {"G98",
-       {{1, 1, 1},
-        {1, 1, 0.1f},
-        {1, 1, -1},
-        {1, 1, 1},
-        {2, 1, 1},
-        {2, 1, 0.1f},
-        {2, 1, -1},
-        {2, 1, 1}},
-       {2, 2, 2, 2, 3, 3, 3, 3}},
-      // G99: back to the R level, where the next hole starts its feed.
-      {"G99",
-       {{1, 1, 1}, {1, 1, 0.1f}, {1, 1, -1}, {1, 1, 0.1f}, {2, 1, 0.1f}, {2, 1, -1}, {2, 1, 0.1f}},
-       {2, 2, 2, 2, 3, 3, 3}},
-  };
-  for (const Case& c : cases) {
-    PlotFixture fx;
-    fx.Plot(std::string("G0X0Y0Z1.|") + c.returnCode + "G81X1.Y1.Z-1.R.1F5.|X2.|G80|M30");
-    EXPECT_EQ(Ends(fx), c.ends) << c.returnCode;
-    // Every entity of a cycle carries the line of the block that ran it.
-    EXPECT_EQ(LineNumbers(fx), c.lines) << c.returnCode;
-    EXPECT_TRUE(fx.host.shown.empty()) << fx.host.lastText();
-  }
-}
-
 TEST(CannedCycles, RepeatsSuppressionAndCancel) {
   PlotFixture fx;
   // L3 in G91 drills three holes one apart; L0 moves without drilling; G0 cancels the cycle.
@@ -230,22 +192,6 @@ TEST(CannedCycles, RepeatsSuppressionAndCancel) {
   EXPECT_EQ(drilledAt, (std::vector<float>{1, 2, 3}));
   EXPECT_EQ(End(fx, fx.table.HighestIndex()), (Point{10, 0, 1}));
   EXPECT_TRUE(fx.host.shown.empty()) << fx.host.lastText();
-}
-
-TEST(CannedCycles, BoltCircleRunsTheCycleAtEveryHole) {
-  PlotFixture fx;
-  fx.config.ExternalGCodeMacros = {0, 340};
-  fx.Plot("G0X0Y0Z1.|G81Z-1.R.1F5.L0|G34X0Y0I10.J0K4.|G80|M30");
-  std::vector<Point> holes;
-  for (int i = 1; i <= fx.table.HighestIndex(); ++i) {
-    if (fx.table[i].EntityType == 1) holes.push_back(End(fx, i));
-  }
-  ASSERT_EQ(holes.size(), 4u) << fx.host.lastText();
-  EXPECT_NEAR(holes[0].x, 10, 1e-4);
-  EXPECT_NEAR(holes[1].y, 10, 1e-4);
-  EXPECT_NEAR(holes[2].x, -10, 1e-4);
-  EXPECT_NEAR(holes[3].y, -10, 1e-4);
-  EXPECT_EQ(holes[3].z, -1);
 }
 
 // Without a folder of its own the interpreter finds the macro files beside the configuration

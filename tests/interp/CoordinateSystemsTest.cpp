@@ -77,12 +77,9 @@ TEST(Rotation, EndsAndCentresTurnAboutTheRotationCentre) {
 
 TEST(Rotation, IncrementalAngleAddsAndResolutionScalesR) {
   PlotFixture fx;
-  fx.Start("G68R30.|G91G68R15.|G90G68R45");
-  for (int i = 0; i < 3; ++i) fx.interpreter.ExecuteBlock();
+  fx.Execute("G68R30.|G91G68R15.|G90G68R45");
   EXPECT_DOUBLE_EQ(fx.interpreter.RotationAngle, 45 * 0.0001);
-  fx.Start("G68R30.|G91G68R15.");
-  fx.interpreter.ExecuteBlock();
-  fx.interpreter.ExecuteBlock();
+  fx.Execute("G68R30.|G91G68R15.");
   EXPECT_DOUBLE_EQ(fx.interpreter.RotationAngle, 45);
   EXPECT_NEAR(fx.interpreter.RotationSin, std::sqrt(0.5), 1e-12);
   EXPECT_EQ(fx.interpreter.ModalG[16], 68.0f);

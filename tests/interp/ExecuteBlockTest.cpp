@@ -11,39 +11,32 @@ namespace {
 
 using test::PlotFixture;
 
-// Results of ExecuteBlock for every block of `program`, up to and including the first stop.
-std::vector<int> Results(PlotFixture& fx, std::string_view program) {
-  fx.Start(program);
-  std::vector<int> results;
-  for (int guard = 0; guard < 1000; ++guard) {
-    results.push_back(fx.interpreter.ExecuteBlock());
-    if (results.back() == Interpreter::kStop) break;
-  }
-  return results;
-}
-
 TEST(ExecuteBlock, WhichBlocksMove) {
   PlotFixture fx;
   using V = std::vector<int>;
   // G1 alone makes no move and stays modal; X1 then moves.
-  EXPECT_EQ(Results(fx, "G1|X1.|Y2.|M30|X3."), (V{0, 1, 1, 2}));
+  EXPECT_EQ(fx.Execute("G1|X1.|Y2.|M30|X3."), (V{0, 1, 1, 2}));
   EXPECT_EQ(fx.interpreter.MotionCode, 1);
   // Before any motion code an axis moves as a rapid.
-  EXPECT_EQ(Results(fx, "X1."), (V{1, 2}));
+  EXPECT_EQ(fx.Execute("X1."), (V{1, 2}));
   EXPECT_EQ(fx.interpreter.MotionCode, 0);
   // End of the text stops; a "%" line and comments do nothing.
-  EXPECT_EQ(Results(fx, "%|(comment)|O1234|"), (V{0, 0, 0, 2}));
+  EXPECT_EQ(fx.Execute("%|(comment)|O1234|"), (V{0, 0, 0, 2}));
   EXPECT_EQ(fx.interpreter.Calls().Frame(0).ProgramNumber, 1234);
   // G04 X1 is a dwell, not a move; G2 with no address is harmless.
-  EXPECT_EQ(Results(fx, "G4X1.|G2|M2"), (V{0, 0, 2}));
+  EXPECT_EQ(fx.Execute("G4X1.|G2|M2"), (V{0, 0, 2}));
   EXPECT_EQ(fx.interpreter.CurrentPos.X, 0.0f);
+  // Assignments run and feed the decoder; output statements do nothing.
+  EXPECT_EQ(fx.Execute("#100=2.5|G0X#100|POPEN|DPRNT[X]|M30"), (V{0, 1, 0, 0, 2}));
+  EXPECT_EQ(fx.interpreter.CurrentPos.X, 2.5f);
+  // M99 at the main level ends the run, without a word.
+  EXPECT_EQ(fx.Execute("G0X1.|M99|G0X2."), (V{1, 2}));
+  EXPECT_TRUE(fx.host.shown.empty());
 }
 
 TEST(ExecuteBlock, LinesAreCountedAcrossLineEnds) {
   PlotFixture fx;
-  fx.program = ProgramText("G0X1.\rG1X2.\nG1X3.\r\n\r\nG1X4.", "t.nc");
-  fx.interpreter.SetProgram(fx.program);
-  fx.interpreter.InitInterpreter();
+  fx.Start("G0X1.\rG1X2.\nG1X3.\r\n\r\nG1X4.");
   std::vector<int> lines;
   while (fx.interpreter.ExecuteBlock() != Interpreter::kStop) {
     lines.push_back(fx.interpreter.LineCounter);
@@ -62,7 +55,7 @@ TEST(ExecuteBlock, ToolChangesStepTheColour) {
   for (const Case& c : cases) {
     PlotFixture fx;
     fx.config.ColorChangeCode = static_cast<std::int16_t>(c.colorChangeCode);
-    Results(fx, c.program);
+    fx.Execute(c.program);
     EXPECT_EQ(fx.interpreter.ToolColor, c.toolColor) << c.program << " " << c.colorChangeCode;
   }
 }
@@ -81,7 +74,7 @@ TEST(ExecuteBlock, FeedAndSpeedResetOnToolChange) {
     InterpreterOptions options;
     options.WarningReset = c.warningReset;
     fx.interpreter.SetOptions(options);
-    Results(fx, c.program);
+    fx.Execute(c.program);
     EXPECT_EQ(fx.interpreter.AddrValue[Letter('F')], c.feed) << c.program << " " << c.warningReset;
     EXPECT_EQ(fx.interpreter.AddrValue[Letter('S')], c.feed == 0 ? 0 : 500) << c.program;
   }
@@ -97,7 +90,7 @@ TEST(ExecuteBlock, SpindleStateFollowsMCodes) {
       {"M3|M0", false}, {"M3|M6", false}, {"M14|M8", true},
   };
   for (const auto& [program, on] : cases) {
-    Results(fx, program);
+    fx.Execute(program);
     EXPECT_EQ(fx.interpreter.SpindleOn, on) << program;
   }
 }
@@ -105,25 +98,20 @@ TEST(ExecuteBlock, SpindleStateFollowsMCodes) {
 TEST(ExecuteBlock, M00AsksAndCancelStops) {
   PlotFixture fx;
   fx.host.queueAnswer(MsgAnswer::Cancel);
-  EXPECT_EQ(Results(fx, "M0|G0X1."), (std::vector<int>{2}));
+  EXPECT_EQ(fx.Execute("M0|G0X1."), (std::vector<int>{2}));
   ASSERT_EQ(fx.host.shown.size(), 1u);
   EXPECT_EQ(fx.host.shown[0].prompt.text, "M00 Program Stop");
   EXPECT_EQ(fx.host.shown[0].prompt.title, "Zemtra");
   EXPECT_EQ(fx.host.shown[0].prompt.icon, MsgIcon::Information);
   EXPECT_EQ(fx.host.shown[0].prompt.buttons, MsgButtons::OkCancel);
   // OK goes on.
-  EXPECT_EQ(Results(fx, "M0|G0X1."), (std::vector<int>{0, 1, 2}));
+  EXPECT_EQ(fx.Execute("M0|G0X1."), (std::vector<int>{0, 1, 2}));
 }
 
 TEST(ExecuteBlock, ErrorsAreShownAndStop) {
   PlotFixture fx;
-  EXPECT_EQ(Results(fx, "G0X1.|G1 X1 ;note|G1X5."), (std::vector<int>{1, 2}));
-  ASSERT_EQ(fx.host.shown.size(), 1u);
-  const Prompt& prompt = fx.host.shown[0].prompt;
-  EXPECT_EQ(prompt.text, "Error:\r\n\r\nInvalid Character");
-  EXPECT_EQ(prompt.title, "Zemtra");
-  EXPECT_EQ(prompt.icon, MsgIcon::Exclamation);
-  EXPECT_EQ(prompt.buttons, MsgButtons::Ok);
+  EXPECT_EQ(fx.Execute("G0X1.|G1 X1 ;note|G1X5."), (std::vector<int>{1, 2}));
+  EXPECT_EQ(fx.MessageTexts(), (std::vector<std::string>{"Error:\r\n\r\nInvalid Character"}));
   EXPECT_EQ(fx.host.caretLines, (std::vector<int>{2}));
   EXPECT_TRUE(fx.interpreter.StoppedByError);
 }
@@ -131,7 +119,7 @@ TEST(ExecuteBlock, ErrorsAreShownAndStop) {
 TEST(ExecuteBlock, QuietRunShowsNothingButStillStops) {
   PlotFixture fx;
   fx.interpreter.QuietPlot = true;
-  EXPECT_EQ(Results(fx, "M0|G1XY1.|G0X1."), (std::vector<int>{0, 2}));
+  EXPECT_EQ(fx.Execute("M0|G1XY1.|G0X1."), (std::vector<int>{0, 2}));
   EXPECT_TRUE(fx.host.shown.empty());
   EXPECT_TRUE(fx.host.caretLines.empty());
 }
@@ -154,51 +142,41 @@ TEST(ExecuteBlock, BlockSkipOption) {
   InterpreterOptions options;
   options.BlockSkip = true;
   fx.interpreter.SetOptions(options);
-  EXPECT_EQ(Results(fx, "/G0X1.|G0Y1."), (std::vector<int>{0, 1, 2}));
+  EXPECT_EQ(fx.Execute("/G0X1.|G0Y1."), (std::vector<int>{0, 1, 2}));
   EXPECT_EQ(fx.interpreter.CurrentPos.X, 0.0f);
   options.BlockSkip = false;
   fx.interpreter.SetOptions(options);
-  EXPECT_EQ(Results(fx, "/G0X1.|G0Y1."), (std::vector<int>{1, 1, 2}));
+  EXPECT_EQ(fx.Execute("/G0X1.|G0Y1."), (std::vector<int>{1, 1, 2}));
   EXPECT_EQ(fx.interpreter.CurrentPos.X, 1.0f);
-}
-
-TEST(ExecuteBlock, AssignmentsRunAndFeedTheDecoder) {
-  PlotFixture fx;
-  EXPECT_EQ(Results(fx, "#100=2.5|G0X#100|POPEN|DPRNT[X]|M30"), (std::vector<int>{0, 1, 0, 0, 2}));
-  EXPECT_EQ(fx.interpreter.CurrentPos.X, 2.5f);
-}
-
-TEST(ExecuteBlock, M99AtTheMainLevelEndsTheRun) {
-  PlotFixture fx;
-  EXPECT_EQ(Results(fx, "G0X1.|M99|G0X2."), (std::vector<int>{1, 2}));
-  EXPECT_TRUE(fx.host.shown.empty());
 }
 
 // LinuxCNC's O-word statements are another dialect: the run stops and says so.
 TEST(ExecuteBlock, LinuxCncOWordsStopWithAMessage) {
   for (const char* block : {"O100SUB", "O<CIRCLE>CALL[1]", "O101IF[#1GT0]", "O102WHILE[1]"}) {
     PlotFixture fx;
-    EXPECT_EQ(Results(fx, std::string("G0X1.|") + block), (std::vector<int>{1, 2})) << block;
+    EXPECT_EQ(fx.Execute(std::string("G0X1.|") + block), (std::vector<int>{1, 2})) << block;
     ASSERT_EQ(fx.host.shown.size(), 1u) << block;
     EXPECT_EQ(fx.host.shown[0].prompt.text,
               "Error:\r\n\r\n" + InterpreterErrorText(kOWordStatement));
   }
   PlotFixture fx;
-  EXPECT_EQ(Results(fx, "O1000|G0X1.|M30"), (std::vector<int>{0, 1, 2}));
+  EXPECT_EQ(fx.Execute("O1000|G0X1.|M30"), (std::vector<int>{0, 1, 2}));
 }
 
 TEST(ExecuteBlock, LatheStartsOnlyWhenBothAxesHaveAValue) {
   MachineConfig lathe = test::DefaultMill();
   lathe.MachineType = 1;
   PlotFixture fx(lathe);
-  EXPECT_EQ(Results(fx, "G1X1.|G0Z1.|G1X2.|M30"), (std::vector<int>{0, 1, 1, 2}));
+  EXPECT_EQ(fx.Execute("G1X1.|G0Z1.|G1X2.|M30"), (std::vector<int>{0, 1, 1, 2}));
   EXPECT_FALSE(fx.interpreter.BlockMoved);  // only a rapid sets it on a lathe
   EXPECT_EQ(fx.interpreter.ModalG[2], 18.0f);
 }
 
-TEST(InitInterpreter, StartValuesAndInitialState) {
+TEST(InitInterpreter, StartValuesInitialStateAndWorkOffset) {
   PlotFixture fx;
   fx.config.InitialState = "G91 G18 G21";
+  fx.variables.WriteNumber(5221, 1.5);
+  fx.variables.WriteNumber(5223, -3);
   fx.Start("");
   const auto& g = fx.interpreter.ModalG;
   EXPECT_EQ(g[1], 0.0f);
@@ -214,32 +192,20 @@ TEST(InitInterpreter, StartValuesAndInitialState) {
   EXPECT_EQ(fx.interpreter.Groups[12], 0);
   EXPECT_EQ(fx.interpreter.Groups[37], 0);
   EXPECT_EQ(fx.interpreter.Groups[54], 12);
-}
-
-TEST(InitInterpreter, WorkOffsetOfTheStartingSystem) {
-  PlotFixture fx;
-  fx.variables.WriteNumber(5221, 1.5);
-  fx.variables.WriteNumber(5223, -3);
-  fx.Start("");
+  // The work offset of the starting system, to be taken by each axis.
   EXPECT_EQ(fx.interpreter.WorkOffset, (GeoPoint{1.5f, 0, -3, 0}));
   EXPECT_EQ(fx.interpreter.OffsetPending, (std::array<bool, 4>{true, true, true, true}));
 }
 
-}  // namespace
-}  // namespace zemtra
-
-namespace zemtra {
-namespace {
-
 // Position variables are written lazily: whatever reads them (an assignment, an expression in
 // an address, G92, the end of a run) must see what the blocks before wrote.
 TEST(ExecuteBlock, VariablesAreCurrentWheneverTheyAreRead) {
-  test::PlotFixture fx;
+  PlotFixture fx;
   fx.variables.WriteNumber(5241, 10);  // G55 X
   const std::string program =
       "G0X1.Y2.|X3.|X4.|#100=#5001|#101=#5041|#102=#5021|G55X5.Y#5041|#103=#5022|#104=#4310|"
       "G1F7.|#105=#4309|#106=#4201|Z-1.5|M30";
-  Results(fx, program);
+  fx.Execute(program);
   fx.interpreter.FlushVariables();
   EXPECT_DOUBLE_EQ(fx.variables.ReadNumber(100), 3);  // previous block's X
   EXPECT_DOUBLE_EQ(fx.variables.ReadNumber(101), 4);

@@ -11,15 +11,9 @@ namespace {
 
 using test::PlotFixture;
 
-// Runs the blocks of `program` one call each (a cycle's file is not entered yet).
-void RunBlocks(PlotFixture& fx, std::string_view program, int blocks) {
-  fx.Start(program);
-  for (int i = 0; i < blocks; ++i) fx.interpreter.ExecuteBlock();
-}
-
 TEST(ModalReport, MillCodesOtherAddressesAndCycleArguments) {
   PlotFixture fx;
-  RunBlocks(fx, "G0X0Y0Z1.|G99G81X1.Y2.Z-1.R.1F5.S1200", 2);
+  fx.Execute("G0X0Y0Z1.|G99G81X1.Y2.Z-1.R.1F5.S1200", 2);  // the cycle file is not entered yet
   EXPECT_EQ(GetModalState(fx.interpreter),
             "Active G-Codes:\r\n"
             "G00 Rapid Move\r\n"
@@ -54,31 +48,12 @@ TEST(ModalReport, MillCodesOtherAddressesAndCycleArguments) {
 
 TEST(ModalReport, LatheShowsTheDiameterAndLeavesOutGroupTen) {
   PlotFixture fx(test::ShippedConfig("Lathe"));
-  RunBlocks(fx, "G0X20.Z2.", 1);
+  fx.Execute("G0X20.Z2.", 1);
   const std::string report = GetModalState(fx.interpreter);
   EXPECT_NE(report.find("\r\nX20.0\r\n"), std::string::npos) << report;
   EXPECT_EQ(report.find("Canned cycle active:"), std::string::npos);
   // G98 is a feed mode of format A (group 5); the cycle return of group 10 is left out.
   EXPECT_EQ(report.find("G98"), report.rfind("G98")) << report;
-}
-
-TEST(ModalReport, NamesByDialect) {
-  struct Case {
-    float code;
-    int machineType;
-    int latheFormat;
-    std::string_view name;
-  } cases[] = {
-      {90, 0, 0, "Absolute Coordinates"},
-      {90, 1, 0, "Turning Cycle"},
-      {92, 1, 1, "Coordinate System/Clamp RPM Set"},
-      {12, 1, 0, ""},
-      {999, 0, 0, ""},
-      {1, 1, 7, ""},
-  };
-  for (const Case& c : cases) {
-    EXPECT_EQ(GCodeName(c.code, c.machineType, c.latheFormat), c.name) << c.code;
-  }
 }
 
 }  // namespace

@@ -10,8 +10,10 @@ namespace {
 
 using test::PlotFixture;
 
-TEST(PlotDriver, FirstMotionOnlyPlacesTheStart) {
+TEST(PlotDriver, FirstMotionOnlyPlacesTheStartOfAnUnbrokenChain) {
   PlotFixture fx;
+  EXPECT_EQ(fx.Plot("(nothing)|%|G90 G17"), 0);
+  EXPECT_EQ(fx.table.GeoLast, 0);
   EXPECT_EQ(fx.Plot("G0 X1. Y1."), 0);
   EXPECT_EQ(fx.table.GeoLast, 0);
   ASSERT_EQ(fx.Plot("G0 X1. Y1.|G1 X2."), 1);
@@ -23,29 +25,12 @@ TEST(PlotDriver, FirstMotionOnlyPlacesTheStart) {
   EXPECT_EQ(e.Plane, 17);
   EXPECT_EQ(fx.table.GeoLast, 1);
   EXPECT_TRUE(fx.host.shown.empty());
-}
-
-TEST(PlotDriver, EntitiesFormOneUnbrokenChain) {
-  PlotFixture fx;
+  // Blocks without motion between moves leave no gap.
   ASSERT_EQ(fx.Plot("G0X0Y0|G1X1.1Y.3F10.|G0Z5.|T2M6|G1X-3.3|Y7.77"), 4);
   for (int i = 2; i <= 4; ++i) {
     EXPECT_EQ(std::memcmp(&fx.table[i].StartPoint, &fx.table[i - 1].EndPoint, sizeof(GeoPoint)), 0);
   }
 }
-
-TEST(PlotDriver, NoMotionMeansAnEmptyTable) {
-  PlotFixture fx;
-  EXPECT_EQ(fx.Plot("(nothing)|%|G90 G17"), 0);
-  EXPECT_EQ(fx.table.GeoLast, 0);
-}
-
-}  // namespace
-}  // namespace zemtra
-
-namespace zemtra {
-namespace {
-
-using test::PlotFixture;
 
 TEST(PlotDriverTotals, DistancesAndRunTime) {
   PlotFixture fx;
@@ -147,25 +132,6 @@ TEST(PlotDriverSpecialMoves, MachineCoordinateMove) {
   EXPECT_EQ(fx.table[3].EndPoint, (GeoPoint{101, 8, 0, 0}));
 }
 
-TEST(PlotDriverCorners, RoundingInsertsATangentArc) {
-  PlotFixture fx;
-  ASSERT_EQ(fx.Plot("G0X0Y0|G1X10.R2.F100.|Y10.|X0."), 4);
-  const GeoEntity& arc = fx.table[2];
-  EXPECT_EQ(arc.EntityType, kArcCCW);  // the path turns left
-  EXPECT_EQ(arc.LineNumber, 2);
-  EXPECT_EQ(arc.Plane, 17);
-  EXPECT_FLOAT_EQ(arc.RadiusOrTurns, 2);
-  EXPECT_FLOAT_EQ(arc.CenterPoint.X, 8);
-  EXPECT_FLOAT_EQ(arc.CenterPoint.Y, 2);
-  EXPECT_FLOAT_EQ(fx.table[1].EndPoint.X, 8);
-  EXPECT_EQ(fx.table[1].EndPoint, arc.StartPoint);
-  EXPECT_EQ(fx.table[3].StartPoint, arc.EndPoint);
-  EXPECT_FLOAT_EQ(arc.EndPoint.Y, 2);
-  EXPECT_EQ(fx.table[3].EndPoint, (GeoPoint{10, 10, 0, 0}));
-  EXPECT_EQ(fx.table.HighestIndex(), 4);
-  EXPECT_EQ(fx.interpreter.CurrentPos, (GeoPoint{0, 10, 0, 0}));
-}
-
 TEST(PlotDriverCorners, ChamferAndTheCommaForm) {
   PlotFixture fx;
   ASSERT_EQ(fx.Plot("G0X0Y0|G1X10.,C3.F100.|Y10."), 3);
@@ -247,15 +213,6 @@ TEST(PlotDriverFlow, ProgressAndEscape) {
   EXPECT_LT(fx.table.HighestIndex(), 1999);
 }
 
-TEST(PlotDriverFlow, BlockLimitStopsAnEndlessRun) {
-  PlotFixture fx;
-  fx.driver.BlockLimit = 3;
-  fx.Plot("G0X0|G1X1.F1.|X2.|X3.|X4.");
-  EXPECT_EQ(fx.table.HighestIndex(), 2);
-  EXPECT_TRUE(fx.driver.LimitReached);
-  EXPECT_EQ(fx.host.lastText(), "The plot stopped after 3 blocks: the block limit was reached.");
-}
-
 TEST(PlotDriverEntities, WorkOffsetAndColours) {
   MachineConfig config = test::DefaultMill();
   config.ColorByGCode = 0;
@@ -297,12 +254,6 @@ TEST(PlotDriverEntities, MirrorFlipsAboutItsCentre) {
   EXPECT_DOUBLE_EQ(fx.variables.ReadNumber(5021), 4);  // mirror off again
   EXPECT_EQ(fx.table[2].EndPoint, (GeoPoint{4, 2, 0, 0}));
 }
-
-}  // namespace
-}  // namespace zemtra
-
-namespace zemtra {
-namespace {
 
 // Whatever a configuration file holds, a plot ends without a crash and with at most one error.
 TEST(PlotDriverFailure, NonsenseConfigurationValues) {

@@ -5,6 +5,7 @@
 #include <sstream>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "config/ConfigFile.h"
 #include "config/ConfigText.h"
@@ -68,6 +69,18 @@ struct PlotFixture {
     program = ProgramText(Lines(text), "test.nc");
     interpreter.SetProgram(program);
     interpreter.InitInterpreter();
+  }
+
+  // Runs `text` block by block, up to `maxBlocks` blocks or the first stop, and gives what each
+  // ExecuteBlock returned.
+  std::vector<int> Execute(std::string_view text, int maxBlocks = 1000) {
+    Start(text);
+    std::vector<int> results;
+    while (static_cast<int>(results.size()) < maxBlocks) {
+      results.push_back(interpreter.ExecuteBlock());
+      if (results.back() == Interpreter::kStop) break;
+    }
+    return results;
   }
 
   // Texts of every message shown, in order.

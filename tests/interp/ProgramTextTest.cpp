@@ -9,7 +9,7 @@
 namespace zemtra {
 namespace {
 
-TEST(ProgramText, ReadsLinesOfEveryLineEnd) {
+TEST(ProgramText, ReadsLinesOfEveryLineEndAndNoneOfAnEmptyText) {
   ProgramText text("A\r\nB\nC\rD\r\n\r\nE");
   std::vector<std::string> lines;
   std::vector<int> numbers;
@@ -24,6 +24,11 @@ TEST(ProgramText, ReadsLinesOfEveryLineEnd) {
   EXPECT_EQ(numbers, (std::vector<int>{1, 2, 3, 4, 5, 6}));
   EXPECT_EQ(text.LineCount(), 6);
   EXPECT_TRUE(text.AtEnd());
+  const ProgramText empty;
+  std::size_t start = 0;
+  EXPECT_FALSE(empty.ReadLineAt(start, line));
+  EXPECT_EQ(empty.LineCount(), 0);
+  EXPECT_EQ(empty.LineFromPosition(0), 0);
 }
 
 TEST(ProgramText, PositionsCanBeSavedAndRestored) {
@@ -47,14 +52,6 @@ TEST(ProgramText, PositionsCanBeSavedAndRestored) {
   std::size_t mine = 0;
   ASSERT_TRUE(text.ReadLineAt(mine, line));
   EXPECT_EQ(line, "N1");
-}
-
-TEST(ProgramText, EmptyTextHasNoLines) {
-  ProgramText text;
-  std::string_view line;
-  EXPECT_FALSE(text.ReadLine(line));
-  EXPECT_EQ(text.LineCount(), 0);
-  EXPECT_EQ(text.LineFromPosition(0), 0);
 }
 
 TEST(ProgramText, LoadsFilesByteForByte) {

@@ -25,6 +25,8 @@ TEST_F(AssignmentTest, WorkOffsetLineSetsEachVariable) {
   EXPECT_EQ(Run("#5221=1#5222=2"), 0);
   EXPECT_EQ(store.ReadNumber(5222), 2);
   EXPECT_EQ(Run(""), 0);
+  EXPECT_EQ(Run(" #3000=5 "), 0);  // stored like any other: no message here
+  EXPECT_EQ(store.ReadNumber(3000), 5);
 }
 
 TEST_F(AssignmentTest, TargetsCanBeExpressions) {
@@ -43,14 +45,6 @@ TEST_F(AssignmentTest, EmptyValuesStayEmpty) {
   EXPECT_EQ(store.ReadVariable(104), "1");
 }
 
-TEST_F(AssignmentTest, LocalsOnALineAreSeenOnlyAfterIt) {
-  store.WriteNumber(1, 1);
-  EXPECT_EQ(Run("#1=5 #2=#1 #101=5 #102=#101"), 0);
-  EXPECT_EQ(store.ReadNumber(1), 5);
-  EXPECT_EQ(store.ReadNumber(2), 1);
-  EXPECT_EQ(store.ReadNumber(102), 5);
-}
-
 TEST_F(AssignmentTest, BadAssignmentsGiveTheirCodes) {
   struct Case {
     const char* line;
@@ -64,10 +58,13 @@ TEST_F(AssignmentTest, BadAssignmentsGiveTheirCodes) {
   for (const Case& c : cases) EXPECT_EQ(Run(c.line), c.error) << c.line;
 }
 
-TEST_F(AssignmentTest, AnErrorKeepsCommonsButDropsLocals) {
+TEST_F(AssignmentTest, LocalsTakeEffectOnlyWhenTheWholeLineSucceeds) {
   EXPECT_EQ(Run("#1=1 #100=1 #0=2"), 4);
   EXPECT_TRUE(store.IsNull(1));
   EXPECT_EQ(store.ReadNumber(100), 1);
+  EXPECT_EQ(Run("#1=5 #2=#1"), 0);
+  EXPECT_EQ(store.ReadNumber(1), 5);
+  EXPECT_TRUE(store.IsNull(2));  // #1 was still empty on its own line
 }
 
 }  // namespace

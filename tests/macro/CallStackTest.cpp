@@ -18,8 +18,8 @@ namespace {
 
 namespace fs = std::filesystem;
 
-using test::ScratchFolder;
 using test::Letters;
+using test::ScratchFolder;
 
 // Runs a program with calls the way the interpreter does, recording the X of every block
 // that has one (not of G65 blocks, whose X is an argument).
@@ -167,21 +167,16 @@ TEST_F(CallStackTest, SeventhLevelIsRefused) {
   EXPECT_EQ(calls.CallLevel(), 6);
 }
 
-TEST_F(CallStackTest, SubprogramsSeeTheCallersFirstLocalsAndGiveNothingBack) {
-  Load("#1=5\n#2=6\n#27=7\nM98 P100\nX#1\nM30\nO100\nX#2\nX[#27+0]\n#1=99\nM99\n");
-  EXPECT_EQ(Run(), "6 0 5");
-}
-
-TEST_F(CallStackTest, MacroCallTakesOnlyItsArguments) {
-  Load("#1=7\n#2=8\nG65 P9000 A1 X2\nX#1\nM30\nO9000\nX#1\nX#24\nX#16\nX[#2+0]\nM99\n");
-  EXPECT_EQ(Run(), "1 2 9000 0 7");
-}
-
-TEST_F(CallStackTest, ReturnsAndJumpsByBlockNumber) {
+TEST_F(CallStackTest, LocalsReturnsAndJumpsByBlockNumber) {
   struct Case {
     const char* program;
     const char* path;
   } cases[] = {
+      // M98 passes the caller's #1-#26 down and nothing back.
+      {"#1=5\n#2=6\n#27=7\nM98 P100\nX#1\nM30\nO100\nX#2\nX[#27+0]\n#1=99\nM99\n", "6 0 5"},
+      // G65 starts with its arguments only; its P is no argument.
+      {"#1=7\n#2=8\nG65 P9000 A1 X2\nX#1\nM30\nO9000\nX#1\nX#24\nX#16\nX[#2+0]\nM99\n",
+       "1 2 9000 0 7"},
       {"M98 P100\nX1\nN20 X2\nM30\nO100\nX9\nM99 P20\n", "9 2"},
       {"X1\nM99 P5\nX2\nN5 X3\nM30\n", "1 3"},
       {"X1\nM99\nX2\n", "1"},

@@ -9,6 +9,7 @@
 #include "MacroRunner.h"
 #include "core/NumberText.h"
 #include "core/TextUtil.h"
+#include "macro/CallStack.h"
 #include "macro/Evaluator.h"
 #include "macro/MacroStatement.h"
 #include "macro/ProgramText.h"
@@ -93,14 +94,26 @@ class MacroFileTest : public ::testing::Test {
     return run;
   }
 
-  // Drilling: the tool over the hole at (2, 3) and Z `z`; Z and R of the cycle.
-  void Drill(double z, double bottom, double r) {
+  // The argument words of the calling block, as the only locals of the call.
+  void Args(std::string_view words) {
+    test::Letters letters;
+    EXPECT_EQ(test::ReadAddressWords(words, evaluator,
+                                     [&](char letter, double v) { letters.Set(letter, v); }),
+              0)
+        << words;
+    store.Locals(0).Clear();
+    StoreArguments(letters.View(), store.Locals(0));
+  }
+
+  // Drilling: the tool over the hole at (2, 3) and Z `z`; Z, R and the initial level of the cycle.
+  void Drill(double z, double bottom, double r, double initial = 1) {
     runner.x = 2;
     runner.y = 3;
     runner.z = z;
     runner.PublishPosition();
     store.WriteNumber(5101, bottom);
     store.WriteNumber(5102, r);
+    store.WriteNumber(5103, initial);
   }
 
   // Lathe: the block brought X from `startX` to `x` (as written) at Z `z`.
@@ -161,7 +174,6 @@ TEST_F(MacroFileTest, DrillingCyclesReturnToTheLevelOfG98OrG99) {
   };
   for (const Case& c : cases) {
     Drill(c.startZ, -0.5, 0.1);
-    store.WriteNumber(5103, 1);
     store.WriteNumber(4210, c.returnCode);
     EXPECT_EQ(ZPath(RunFile(c.file)), c.path) << c.file << " G" << c.returnCode;
     EXPECT_EQ(runner.motion, 0) << c.file;  // the next hole is reached by a rapid
@@ -169,29 +181,26 @@ TEST_F(MacroFileTest, DrillingCyclesReturnToTheLevelOfG98OrG99) {
 }
 
 TEST_F(MacroFileTest, PeckDrillingGoesDownInSteps) {
+  Args("Q.2");
   Drill(1, -0.5, 0.1);
-  store.WriteNumber(5103, 1);
-  store.WriteNumber(17, 0.2);
   EXPECT_EQ(ZPath(RunFile("default/G830.PRG")),
             "0:0.1 1:-0.1 0:0.1 0:-0.09 1:-0.3 0:0.1 0:-0.29 1:-0.5 0:0.1 0:1");
   Drill(1, -0.5, 0.1);
   EXPECT_EQ(ZPath(RunFile("default/G730.PRG")), "0:0.1 1:-0.1 0:-0.09 1:-0.3 0:-0.29 1:-0.5 0:1");
-  store.WriteNull(17);  // without Q the hole is drilled at once
+  Args("");  // without Q the hole is drilled at once
   Drill(1, -0.5, 0.1);
   EXPECT_EQ(ZPath(RunFile("default/G830.PRG")), "0:0.1 1:-0.5 0:0.1 0:1");
   store.WriteNumber(4206, 21);  // millimetres: 0.25 clearance
-  store.WriteNumber(17, 5);
-  Drill(10, -10, 2);
-  store.WriteNumber(5103, 10);
+  Args("Q5.");
+  Drill(10, -10, 2, 10);
   EXPECT_EQ(ZPath(RunFile("default/G830.PRG")),
             "0:2 1:-3 0:2 0:-2.75 1:-8 0:2 0:-7.75 1:-10 0:2 0:10");
 }
 
 TEST_F(MacroFileTest, CyclesKeepIncrementalModeAndShiftOutOfTheBore) {
+  Args("Q.05");
   Drill(1, -0.5, 0.1);
-  store.WriteNumber(5103, 1);
   store.WriteNumber(4203, 91);
-  store.WriteNumber(17, 0.05);
   EXPECT_EQ(Path(RunFile("default/G760.PRG")), "0:2,3 1:2,3 0:2.05,3 0:2.05,3 0:2,3");
   EXPECT_TRUE(runner.incremental);
   EXPECT_EQ(store.ReadNumber(4203), 91);
@@ -202,33 +211,21 @@ TEST_F(MacroFileTest, CyclesKeepIncrementalModeAndShiftOutOfTheBore) {
 }
 
 TEST_F(MacroFileTest, HolePatternsPlaceEachHole) {
-  store.WriteNumber(4, 2);
-  store.WriteNumber(5, 0);
-  store.WriteNumber(6, 0.0004);  // K4 without a point, at the default resolution
-  store.WriteNumber(24, 10);
-  store.WriteNumber(25, 20);
+  Args("X10.Y20.I2.J0K.0004");  // K4 written without a point, at the default resolution
   EXPECT_EQ(Path(RunFile("default/G340.PRG")), "0:12,20 0:10,22 0:8,20 0:10,18");
-  store.WriteNumber(6, -4);  // clockwise
+  Args("X10.Y20.I2.J0K-4.");  // clockwise
   EXPECT_EQ(Path(RunFile("default/G340.PRG")), "0:12,20 0:10,18 0:8,20 0:10,22");
-
-  store.WriteNumber(5, 90);  // line at 90 degrees, holes 2 apart
-  store.WriteNumber(6, 3);
+  Args("X10.Y20.I2.J90.K3.");  // a line at 90 degrees, holes 2 apart
   EXPECT_EQ(Path(RunFile("default/G350.PRG")), "0:10,20 0:10,22 0:10,24");
-
-  store.WriteNumber(5, 0);  // arc: from 0 degrees in steps of 90
-  store.WriteNumber(16, 90);
+  Args("X10.Y20.I2.J0K3.P90.");  // an arc from 0 degrees in steps of 90
   EXPECT_EQ(Path(RunFile("default/G360.PRG")), "0:12,20 0:10,22 0:8,20");
-
-  store.WriteNumber(4, 1);  // grid: 3 columns 1 apart, 2 rows 5 apart, back and forth
-  store.WriteNumber(5, 5);
-  store.WriteNumber(16, 3);
-  store.WriteNumber(6, 2);
+  Args("X10.Y20.I1.J5.P3.K2.");  // a grid: 3 columns 1 apart, 2 rows 5 apart, back and forth
   EXPECT_EQ(Path(RunFile("default/G371.PRG")), "0:10,20 0:11,20 0:12,20 0:12,25 0:11,25 0:10,25");
   EXPECT_FALSE(runner.incremental);
 }
 
 TEST_F(MacroFileTest, CircleCuttingRunsInCutsAndComesBack) {
-  store.WriteNumber(4, 1);
+  Args("I1.");
   runner.x = 5;
   runner.y = 5;
   runner.z = -1;
@@ -239,9 +236,7 @@ TEST_F(MacroFileTest, CircleCuttingRunsInCutsAndComesBack) {
   EXPECT_EQ(Path(RunFile("default/G130.PRG")),
             "3:5.5,4.5 3:6,5 3:5,6 3:4,5 3:5,4 3:6,5 3:5.5,5.5 3:5,5");
 
-  store.WriteNumber(6, 2);  // out to radius 2 in steps of 0.5, at depth Z-2
-  store.WriteNumber(17, 0.5);
-  store.WriteNumber(26, -2);
+  Args("I1.K2.Q.5Z-2.");  // out to radius 2 in steps of 0.5, at depth Z-2
   const MacroRun run = RunFile("default/G120.PRG");
   ASSERT_EQ(run.moves.size(), 1u + 2 + 3 * 4 + 2 + 2 + 1);
   EXPECT_EQ(run.moves.front().z, -2);
@@ -251,43 +246,32 @@ TEST_F(MacroFileTest, CircleCuttingRunsInCutsAndComesBack) {
 
 TEST_F(MacroFileTest, LatheTurningFacingAndThreadingPasses) {
   store.WriteNumber(5101, -30);
-  store.WriteNumber(24, 40);
-  store.WriteNumber(26, -30);
+  Args("X40.Z-30.");
   Turn(50, 40, 2);
   EXPECT_EQ(Path(RunFile("Lathe/G900.PRG"), true), "1:40,-30 1:50,-30 0:50,2");
   Turn(50, 50, 2);  // a later block without X: the tool is back at the start
   EXPECT_EQ(Path(RunFile("Lathe/G900.PRG"), true), "0:40,2 1:40,-30 1:50,-30 0:50,2");
-  store.WriteNumber(18, -1);  // taper: 1 smaller in radius at the start of the cut
+  Args("X40.Z-30.R-1.");  // taper: 1 smaller in radius at the start of the cut
   Turn(50, 40, 2);
   EXPECT_EQ(Path(RunFile("Lathe/G900.PRG"), true), "0:38,2 1:40,-30 1:50,-30 0:50,2");
-  store.WriteNull(18);
+  Args("X40.Z-30.");
   Turn(50, 40, 2);
   EXPECT_EQ(Path(RunFile("Lathe/G920.PRG"), true), "1:40,-30 0:50,-30 0:50,2");
 
-  store.WriteNull(24);  // U-10 W-32: the block moved both axes already
-  store.WriteNull(26);
-  store.WriteNumber(21, -5);
-  store.WriteNumber(23, -32);
+  Args("U-5.W-32.");  // U-10 W-32: the block moved both axes already
   Turn(50, 40, -30);
   store.WriteNumber(5002, 2);
   EXPECT_EQ(Path(RunFile("Lathe/G900.PRG"), true), "1:40,-30 1:50,-30 0:50,2");
 
-  store.WriteNull(21);  // facing to X20 at Z-2
-  store.WriteNull(23);
-  store.WriteNumber(24, 20);
-  store.WriteNumber(26, -2);
+  Args("X20.Z-2.");  // facing to X20 at Z-2
   store.WriteNumber(5101, -2);
   Turn(50, 20, 2);
   EXPECT_EQ(Path(RunFile("Lathe/G940.PRG"), true), "0:50,2 0:50,-2 1:20,-2 1:20,2 0:50,2");
 }
 
 TEST_F(MacroFileTest, LatheThreadCutsDeeperEachPassDownToTheRoot) {
-  // G76 X0.4069 Z-1.57 K0.043075 D0.01076875 F0.0769 from X0.6 Z0.1.
-  store.WriteNumber(24, 0.4069);
-  store.WriteNumber(26, -1.57);
+  Args("X.4069Z-1.57K.043075D.01076875");  // G76, F.0769, from X.6 Z.1
   store.WriteNumber(5101, -1.57);
-  store.WriteNumber(6, 0.043075);
-  store.WriteNumber(7, 0.01076875);
   Turn(0.6, 0.4069, 0.1);
   const MacroRun run = RunFile("Lathe/G760.PRG");
   ASSERT_EQ(run.moves.size(), 16u * 4);
@@ -299,9 +283,7 @@ TEST_F(MacroFileTest, LatheThreadCutsDeeperEachPassDownToTheRoot) {
 }
 
 TEST_F(MacroFileTest, LatheGroovesAndPecks) {
-  // Parting off: G75 X0 I0.005 from X1.4 at Z-2.097, diameters.
-  store.WriteNumber(24, 0);
-  store.WriteNumber(4, 0.005);
+  Args("X0I.005");  // parting off from X1.4 at Z-2.097, diameters
   Turn(1.4, 0, -2.097);
   MacroRun run = RunFile("Lathe/G750.PRG");
   ASSERT_FALSE(run.moves.empty());
@@ -310,22 +292,14 @@ TEST_F(MacroFileTest, LatheGroovesAndPecks) {
   EXPECT_EQ(Num(run.moves[run.moves.size() - 2].x), "0");
   EXPECT_EQ(Point(run.moves.back(), true), "0:1.4,-2.097");
 
-  // Two grooves 0.5 apart in Z, each in one plunge.
-  store.WriteNull(4);
-  store.WriteNumber(24, 1);
-  store.WriteNumber(26, -3);
+  Args("X1.Z-3.K.5");  // two grooves 0.5 apart in Z, each in one plunge
   store.WriteNumber(5101, -3);
-  store.WriteNumber(6, 0.5);
   Turn(1.4, 1, -2.5);
   run = RunFile("Lathe/G750.PRG");
   EXPECT_EQ(Path(run, true), "0:1.4,-2.5 1:1,-2.5 0:1.4,-2.5 0:1.4,-3 1:1,-3 0:1.4,-3 0:1.4,-2.5");
 
-  // Peck drilling on the centre line: Z-1 in pecks of 0.4 from Z0.1.
-  store.WriteNull(24);
-  store.WriteNull(4);
-  store.WriteNumber(26, -1);
+  Args("Z-1.K.4");  // peck drilling on the centre line: Z-1 in pecks of 0.4 from Z0.1
   store.WriteNumber(5101, -1);
-  store.WriteNumber(6, 0.4);
   Turn(0, 0, 0.1);
   run = RunFile("Lathe/G740.PRG");
   EXPECT_EQ(Path(run, true), "1:0,-0.3 0:0,-0.1 1:0,-0.7 0:0,-0.5 1:0,-1 0:0,0.1");
