@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <filesystem>
 #include <map>
+#include <sstream>
 #include <string>
 
 #include "core/RecordingHost.h"
@@ -15,10 +16,12 @@
 namespace zemtra {
 namespace {
 
-// A DXF text from pairs written one per line as "code value".
-std::string Dxf(std::initializer_list<std::pair<int, std::string>> pairs) {
+// An ENTITIES section of a DXF text from its group codes and values, given in turn and
+// separated by blanks: "0 LINE 8 A 10 1 ...".
+std::string Dxf(const std::string& pairs) {
+  std::istringstream tokens(pairs);
   std::string text = "  0\nSECTION\n  2\nENTITIES\n";
-  for (const auto& [code, value] : pairs) text += std::to_string(code) + "\n" + value + "\n";
+  for (std::string token; tokens >> token;) text += token + "\n";
   return text + "  0\nENDSEC\n  0\nEOF\n";
 }
 
@@ -45,22 +48,10 @@ void ExpectPoint(const GeoPoint& p, double x, double y, double z = 0) {
 }
 
 TEST(DxfReader, LayersInOrderOfAppearanceWithZeroAsDefault) {
-  const Loaded d = Load(Dxf({{0, "LINE"},
-                             {8, "walls"},
-                             {10, "0"},
-                             {20, "0"},
-                             {11, "1"},
-                             {21, "0"},
-                             {0, "POINT"},
-                             {8, "0"},
-                             {10, "5"},
-                             {20, "6"},
-                             {0, "LINE"},
-                             {8, "WALLS"},
-                             {10, "1"},
-                             {20, "0"},
-                             {11, "1"},
-                             {21, "1"}}));
+  const Loaded d =
+      Load(Dxf("0 LINE 8 walls 10 0 20 0 11 1 21 0 "
+               "0 POINT 8 0 10 5 20 6 "
+               "0 LINE 8 WALLS 10 1 20 0 11 1 21 1"));
   ASSERT_EQ(d.layers.Count(), 2);
   EXPECT_EQ(d.layers[1].LayerName, "WALLS");
   EXPECT_EQ(d.layers[2].LayerName, "DEFAULT");
@@ -81,11 +72,11 @@ TEST(DxfReader, NoEntitiesSectionGivesNoLayers) {
 }
 
 TEST(DxfReader, LinesArcsAndCirclesIgnoreZ) {
-  const Loaded d = Load(
-      Dxf({{0, "LINE"}, {8, "A"},    {10, "1"},     {20, "2"}, {30, "9"},   {11, "3"}, {21, "4"},
-           {31, "9"},   {0, "ARC"},  {8, "A"},      {10, "0"}, {20, "0"},   {30, "7"}, {40, "2"},
-           {50, "90"},  {51, "180"}, {0, "CIRCLE"}, {8, "A"},  {10, "1"},   {20, "1"}, {40, "0.5"},
-           {0, "TEXT"}, {8, "A"},    {10, "5"},     {20, "5"}, {1, "HELLO"}}));
+  const Loaded d =
+      Load(Dxf("0 LINE 8 A 10 1 20 2 30 9 11 3 21 4 31 9 "
+               "0 ARC 8 A 10 0 20 0 30 7 40 2 50 90 51 180 "
+               "0 CIRCLE 8 A 10 1 20 1 40 0.5 "
+               "0 TEXT 8 A 10 5 20 5 1 HELLO"));
   ASSERT_EQ(d.table.HighestIndex(), 3);
   EXPECT_EQ(d.table[1].EntityType, kFeed);
   ExpectPoint(d.table[1].StartPoint, 1, 2);
@@ -103,7 +94,7 @@ TEST(DxfReader, LinesArcsAndCirclesIgnoreZ) {
 
 TEST(DxfReader, EntityIsBuiltWhenItsLastGroupArrives) {
   // 21 before 11: the line is built with the end X still unset.
-  const Loaded d = Load(Dxf({{0, "LINE"}, {8, "A"}, {10, "1"}, {20, "1"}, {21, "5"}, {11, "5"}}));
+  const Loaded d = Load(Dxf("0 LINE 8 A 10 1 20 1 21 5 11 5"));
   ASSERT_EQ(d.table.HighestIndex(), 1);
   ExpectPoint(d.table[1].EndPoint, 0, 5);
 }
@@ -111,20 +102,8 @@ TEST(DxfReader, EntityIsBuiltWhenItsLastGroupArrives) {
 TEST(DxfReader, LightPolylineBulgesAndClosingSegment) {
   // A unit square, closed, whose second edge bulges outwards into a half circle (bulge 1) and
   // whose closing edge (from the last vertex) is a clockwise quarter-ish arc.
-  const Loaded d = Load(Dxf({{0, "LWPOLYLINE"},
-                             {8, "P"},
-                             {90, "4"},
-                             {70, "1"},
-                             {10, "0"},
-                             {20, "0"},
-                             {10, "2"},
-                             {20, "0"},
-                             {42, "1"},
-                             {10, "2"},
-                             {20, "2"},
-                             {10, "0"},
-                             {20, "2"},
-                             {42, "-0.5"}}));
+  const Loaded d =
+      Load(Dxf("0 LWPOLYLINE 8 P 90 4 70 1 10 0 20 0 10 2 20 0 42 1 10 2 20 2 10 0 20 2 42 -0.5"));
   ASSERT_EQ(d.table.HighestIndex(), 4);
   EXPECT_EQ(d.table[1].EntityType, kFeed);
   EXPECT_EQ(d.table[2].EntityType, kArcCCW);
@@ -142,11 +121,12 @@ TEST(DxfReader, LightPolylineBulgesAndClosingSegment) {
 
 TEST(DxfReader, PolylineVerticesCoincidentPointsAndLargeBulge) {
   const Loaded d =
-      Load(Dxf({{0, "POLYLINE"}, {8, "Q"},      {66, "1"}, {10, "0"},     {20, "0"},
-                {70, "1"},       {0, "VERTEX"}, {8, "Q"},  {10, "0"},     {20, "0"},
-                {0, "VERTEX"},   {8, "Q"},      {10, "0"}, {20, "0"},     {0, "VERTEX"},
-                {8, "Q"},        {10, "4"},     {20, "0"}, {42, "2"},     {0, "VERTEX"},
-                {8, "Q"},        {10, "4"},     {20, "4"}, {0, "SEQEND"}, {8, "Q"}}));
+      Load(Dxf("0 POLYLINE 8 Q 66 1 10 0 20 0 70 1 "
+               "0 VERTEX 8 Q 10 0 20 0 "
+               "0 VERTEX 8 Q 10 0 20 0 "
+               "0 VERTEX 8 Q 10 4 20 0 42 2 "
+               "0 VERTEX 8 Q 10 4 20 4 "
+               "0 SEQEND 8 Q"));
   // (0,0)=(0,0) adds nothing; a line to (4,0); a bulge-2 arc to (4,4); closing line to (0,0).
   ASSERT_EQ(d.table.HighestIndex(), 3);
   EXPECT_EQ(d.table[1].EntityType, kFeed);
@@ -159,19 +139,7 @@ TEST(DxfReader, PolylineVerticesCoincidentPointsAndLargeBulge) {
 }
 
 TEST(DxfReader, SplineDegreeOutsideRangeIsThreeAndEndsAtControlPoints) {
-  std::string text = Dxf({{0, "SPLINE"},
-                          {8, "S"},
-                          {71, "7"},
-                          {73, "4"},
-                          {10, "0"},
-                          {20, "0"},
-                          {10, "1"},
-                          {20, "2"},
-                          {10, "3"},
-                          {20, "2"},
-                          {10, "4"},
-                          {20, "0"}});
-  const Loaded d = Load(text);
+  const Loaded d = Load(Dxf("0 SPLINE 8 S 71 7 73 4 10 0 20 0 10 1 20 2 10 3 20 2 10 4 20 0"));
   ASSERT_EQ(d.table.HighestIndex(), 19);  // 20 samples
   ExpectPoint(d.table[1].StartPoint, 0, 0);
   ExpectPoint(d.table[19].EndPoint, 4, 0);
@@ -181,15 +149,7 @@ TEST(DxfReader, SplineDegreeOutsideRangeIsThreeAndEndsAtControlPoints) {
 }
 
 TEST(DxfReader, FullEllipseInThreeDegreeSteps) {
-  const Loaded d = Load(Dxf({{0, "ELLIPSE"},
-                             {8, "E"},
-                             {10, "1"},
-                             {20, "1"},
-                             {11, "0"},
-                             {21, "2"},
-                             {40, "0.5"},
-                             {41, "0"},
-                             {42, "6.283185307179586"}}));
+  const Loaded d = Load(Dxf("0 ELLIPSE 8 E 10 1 20 1 11 0 21 2 40 0.5 41 0 42 6.283185307179586"));
   // 120 steps, and a last short line to the exact end parameter, which 360 floats short of.
   ASSERT_GE(d.table.HighestIndex(), 120);
   ASSERT_LE(d.table.HighestIndex(), 121);
@@ -199,8 +159,7 @@ TEST(DxfReader, FullEllipseInThreeDegreeSteps) {
 }
 
 TEST(DxfReader, LatheTurnsDrawingXIntoZ) {
-  const Loaded d = Load(
-      Dxf({{0, "ARC"}, {8, "L"}, {10, "10"}, {20, "2"}, {40, "1"}, {50, "0"}, {51, "90"}}), true);
+  const Loaded d = Load(Dxf("0 ARC 8 L 10 10 20 2 40 1 50 0 51 90"), true);
   ASSERT_EQ(d.table.HighestIndex(), 1);
   EXPECT_EQ(d.table[1].Plane, 18);
   ExpectPoint(d.table[1].CenterPoint, 2, 0, 10);

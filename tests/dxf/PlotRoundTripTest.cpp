@@ -9,6 +9,7 @@
 
 #include "core/RecordingHost.h"
 #include "dxf/DxfReader.h"
+#include "support/ScratchFolder.h"
 #include "support/TestSupport.h"
 
 namespace zemtra {
@@ -48,21 +49,28 @@ std::vector<GeoEntity> PlottedMoves(const std::string& json) {
   return moves;
 }
 
-TEST(PlotAsDxf, ExportedTablesReadBackAsTheSameLinesAndArcs) {
+// zemtra-cli run with a home folder of its own, in a scratch folder.
+class CliRun : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    if (!fs::exists(cli)) GTEST_SKIP() << "zemtra-cli not built at " << cli;
+    fs::copy(test::SourceDataDir(), work / "home", fs::copy_options::recursive);
+  }
+  // Runs `zemtra-cli arguments` and tells whether it succeeded.
+  bool Run(const std::string& arguments) const {
+    const std::string command = "ZEMTRA_HOME='" + (work / "home").string() + "' '" + cli.string() +
+                                "' " + arguments + " 2>/dev/null";
+    return std::system(command.c_str()) == 0;
+  }
   const fs::path cli = CliPath();
-  if (!fs::exists(cli)) GTEST_SKIP() << "zemtra-cli not built at " << cli;
-  const fs::path work =
-      fs::temp_directory_path() / ("zmt-dxf-roundtrip-" + std::to_string(::getpid()));
-  fs::remove_all(work);
-  fs::create_directories(work);
-  fs::copy(test::SourceDataDir(), work / "home", fs::copy_options::recursive);
+  test::ScratchFolder work;
+};
+
+TEST_F(CliRun, PlotExportsTablesThatReadBackAsTheSameLinesAndArcs) {
   const fs::path dxf = work / "demo.dxf";
   const fs::path json = work / "plot.json";
-  const std::string command = "ZEMTRA_HOME='" + (work / "home").string() + "' '" + cli.string() +
-                              "' plot '" + (test::SourceDataDir() / "demo.nc").string() +
-                              "' --json --dxf '" + dxf.string() + "' > '" + json.string() +
-                              "' 2>/dev/null";
-  ASSERT_EQ(std::system(command.c_str()), 0);
+  ASSERT_TRUE(Run("plot '" + (test::SourceDataDir() / "demo.nc").string() + "' --json --dxf '" +
+                  dxf.string() + "' > '" + json.string() + "'"));
   const std::vector<GeoEntity> plotted = PlottedMoves(test::ReadFileBytes(json));
   ASSERT_GT(plotted.size(), 10u);
 
@@ -101,31 +109,18 @@ TEST(PlotAsDxf, ExportedTablesReadBackAsTheSameLinesAndArcs) {
       EXPECT_NEAR(read.CenterPoint.Y, original.CenterPoint.Y, 1e-4) << k;
     }
   }
-  fs::remove_all(work);
 }
 
-TEST(DxfToGCode, PlottedProgramCutsEveryDrawingEntityAtTheDepth) {
+TEST_F(CliRun, DxfToGCodeCutsEveryDrawingEntityAtTheDepth) {
   ZEMTRA_REQUIRE_SAMPLES();
-  const fs::path cli = CliPath();
-  if (!fs::exists(cli)) GTEST_SKIP() << "zemtra-cli not built at " << cli;
-  const fs::path work = fs::temp_directory_path() / ("zmt-dxf-gcode-" + std::to_string(::getpid()));
-  fs::remove_all(work);
-  fs::create_directories(work);
-  fs::copy(test::SourceDataDir(), work / "home", fs::copy_options::recursive);
   const fs::path drawing = test::SamplesDir() / "dxf" / "DEMO.DXF";
   const fs::path program = work / "demo.nc";
   const fs::path json = work / "plot.json";
-  const std::string env = "ZEMTRA_HOME='" + (work / "home").string() + "' '" + cli.string() + "' ";
-  ASSERT_EQ(std::system((env + "dxf2gcode '" + drawing.string() +
-                         "' --chain --sort --z-retract 2 --z-approach 0.5 --z-depth -1.5 "
-                         "--feed 100 --plunge 50 -o '" +
-                         program.string() + "' 2>/dev/null")
-                            .c_str()),
-            0);
-  ASSERT_EQ(std::system((env + "plot '" + program.string() + "' --json > '" + json.string() +
-                         "' 2>/dev/null")
-                            .c_str()),
-            0);
+  ASSERT_TRUE(Run("dxf2gcode '" + drawing.string() +
+                  "' --chain --sort --z-retract 2 --z-approach 0.5 --z-depth -1.5 --feed 100 "
+                  "--plunge 50 -o '" +
+                  program.string() + "'"));
+  ASSERT_TRUE(Run("plot '" + program.string() + "' --json > '" + json.string() + "'"));
 
   RecordingHost host;
   DxfReader reader(test::ReadFileBytes(drawing), host);
@@ -144,7 +139,6 @@ TEST(DxfToGCode, PlottedProgramCutsEveryDrawingEntityAtTheDepth) {
     ++cuts;
   }
   EXPECT_EQ(cuts, table.HighestIndex());
-  fs::remove_all(work);
 }
 
 }  // namespace

@@ -35,7 +35,8 @@ TEST(DocumentPrograms, SaveSeparateWritesOneFilePerProgram) {
   RecordingHost host;
   EXPECT_EQ(SaveSeparatePrograms(kTwoPrograms, scratch.path().string(), TextEncoding::Utf8, host),
             2);
-  EXPECT_EQ(test::ReadFileBytes(scratch / "O1000.TXT"), "%\r\nO1000 ( FIRST PART )\r\nG0 X1\r\n%\r\n");
+  EXPECT_EQ(test::ReadFileBytes(scratch / "O1000.TXT"),
+            "%\r\nO1000 ( FIRST PART )\r\nG0 X1\r\n%\r\n");
   EXPECT_EQ(test::ReadFileBytes(scratch / "O20.TXT"), "%\r\n: 20(SECOND)\r\nM30\r\n");  // no "%"
 
   // Nothing is written for a text without programs, nor for no folder.

@@ -5,7 +5,6 @@
 #include <cctype>
 #include <cmath>
 #include <filesystem>
-#include <functional>
 
 #include "FilterTestSupport.h"
 #include "config/ConfigFile.h"
@@ -84,42 +83,47 @@ std::vector<std::filesystem::path> MillSamples() {
   return files;
 }
 
-std::string RunFilter(std::function<FilterResult(FilterSession&, RecordingHost&)> filter,
-                      FilterParameters parameters = {}) {
+// What a translation or a format filter makes of `text` on the default mill.
+std::string Translate(int code, const std::string& text, const FilterParameters& parameters) {
   const MachineConfig config = DefaultMill();
   FilterSession session(config, parameters);
   RecordingHost host;
-  return filter(session, host).text;
+  return TranslateProgram(code, text, session, host).text;
 }
 
-std::string Translate(int code, const std::string& text, const FilterParameters& parameters) {
-  return RunFilter(
-      [&](FilterSession& s, RecordingHost& h) { return TranslateProgram(code, text, s, h); },
-      parameters);
+std::string Format(int code, const std::string& text) {
+  const MachineConfig config = DefaultMill();
+  const FilterParameters parameters;
+  FilterSession session(config, parameters);
+  RecordingHost host;
+  return FormatProgram(code, text, session, host).text;
 }
 
 TEST(FilterRoundTrip, InverseTranslationsPlotLikeTheOriginal) {
   ZEMTRA_REQUIRE_SAMPLES();
+  using namespace TranslateCode;
   for (const auto& path : MillSamples()) {
     const std::string text = test::ReadFileBytes(path);
     const std::string name = path.filename().string();
     FilterParameters mirror;
     mirror.Mirror = {true, false, false};
     mirror.MirrorPoint = {1.5f, 0, 0};
-    ExpectSamePlot(text, Translate(0, Translate(0, text, mirror), mirror),
+    ExpectSamePlot(text, Translate(kMirror, Translate(kMirror, text, mirror), mirror),
                    name + " mirror X twice");
 
     FilterParameters there, back;
     there.Shift = back.Shift = {2.5f, -1.25f, 0.5f};
     for (float& d : back.Shift) d = -d;
-    ExpectSamePlot(text, Translate(2, Translate(2, text, there), back), name + " shift");
+    ExpectSamePlot(text, Translate(kShift, Translate(kShift, text, there), back), name + " shift");
 
     there.RotAngle = 30;
     back.RotAngle = -30;
     there.RotCenterX = back.RotCenterX = 1;
-    ExpectSamePlot(text, Translate(1, Translate(1, text, there), back), name + " rotate");
+    ExpectSamePlot(text, Translate(kRotate, Translate(kRotate, text, there), back),
+                   name + " rotate");
 
-    ExpectSamePlot(text, Translate(3, Translate(5, text, {}), {}), name + " arcs to R to IJK");
+    ExpectSamePlot(text, Translate(kArcsToIJK, Translate(kArcsToR, text, {}), {}),
+                   name + " arcs to R to IJK");
   }
 }
 
@@ -127,12 +131,8 @@ TEST(FilterRoundTrip, SpacesAndRenumberingKeepTheBlocks) {
   ZEMTRA_REQUIRE_SAMPLES();
   for (const auto& path : MillSamples()) {
     const std::string text = test::ReadFileBytes(path);
-    const auto format = [](int code, const std::string& input) {
-      return RunFilter(
-          [&](FilterSession& s, RecordingHost& h) { return FormatProgram(code, input, s, h); });
-    };
-    EXPECT_EQ(format(FormatCode::kRemoveSpaces, format(FormatCode::kAddSpaces, text)),
-              format(FormatCode::kRemoveSpaces, text))
+    EXPECT_EQ(Format(FormatCode::kRemoveSpaces, Format(FormatCode::kAddSpaces, text)),
+              Format(FormatCode::kRemoveSpaces, text))
         << path.filename();
     RecordingHost host;
     const FilterResult renumbered = RenumberProgram(text, RenumberOptions{}, DefaultMill(), host);

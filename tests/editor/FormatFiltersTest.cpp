@@ -165,12 +165,6 @@ TEST(FilterScope, AsksOnlyForASelectionTheUserMade) {
   EXPECT_EQ(AskFilterScope(host, true, false, false), FilterScope::Whole);
 }
 
-}  // namespace
-}  // namespace zemtra
-
-namespace zemtra {
-namespace {
-
 TEST(FilterDocument, FiltersTheSelectionOrTheWholeTextInOneEdit) {
   FilterRunner run;
   const auto caps = [&run](std::string_view text) {

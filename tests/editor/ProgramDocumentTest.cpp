@@ -46,18 +46,16 @@ TEST(ProgramDocument, LinesAreThoseOfTheEditor) {
   EXPECT_EQ(document.CurrentLineIndex(), 1);
   EXPECT_FALSE(document.SelectProgramLine(5));
 
-  ProgramDocument empty;
-  EXPECT_EQ(empty.LineCount(), 1);
-  EXPECT_EQ(empty.GetProgramLine(0), "");
-}
-
-TEST(ProgramDocument, LoneLineEndsCountAsLineBreaks) {
-  ProgramDocument document;
+  // Lone CR and LF count as line breaks too.
   document.SetText("A\nB\rC\r\nD");
   EXPECT_EQ(document.LineCount(), 4);
   EXPECT_EQ(document.GetProgramLine(1), "B");
   EXPECT_EQ(document.GetProgramLine(2), "C");
   EXPECT_EQ(document.GetProgramLine(3), "D");
+
+  ProgramDocument empty;
+  EXPECT_EQ(empty.LineCount(), 1);
+  EXPECT_EQ(empty.GetProgramLine(0), "");
 }
 
 TEST(ProgramDocument, ObserversMirrorEveryChangeButTheirOwn) {

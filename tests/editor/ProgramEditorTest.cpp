@@ -13,8 +13,6 @@
 namespace zemtra {
 namespace {
 
-using test::WriteText;
-
 class EditorFileTest : public ::testing::Test {
  protected:
   std::string PathOf(const std::string& name) const { return (scratch / name).string(); }
@@ -55,8 +53,7 @@ TEST_F(EditorFileTest, LoadAndSaveKeepEveryCharacter) {
       {"empty", "", ""},
   };
   for (const auto& c : cases) {
-    const std::string path = PathOf("part.nc");
-    WriteText(path, c.bytes);
+    const std::string path = scratch.Write("part.nc", c.bytes);
     ASSERT_TRUE(editor.LoadSourceFile(path)) << c.name;
     EXPECT_FALSE(editor.Document.DocumentModified()) << c.name;
     EXPECT_FALSE(editor.Undo.CanUndo()) << c.name;
@@ -67,8 +64,8 @@ TEST_F(EditorFileTest, LoadAndSaveKeepEveryCharacter) {
 }
 
 TEST_F(EditorFileTest, LoadReportsProgressAndCollectsDirectives) {
-  const std::string path = PathOf("lathe.nc");
-  WriteText(path, "O0001\n(## ZMTSetConfig \"Lathe\")\nG0 X1\n(## Later)\n");
+  const std::string path =
+      scratch.Write("lathe.nc", "O0001\n(## ZMTSetConfig \"Lathe\")\nG0 X1\n(## Later)\n");
   ASSERT_TRUE(editor.LoadSourceFile(path));
   EXPECT_EQ(editor.HeaderDirectives(), (std::vector<std::string>{"ZMTSetConfig \"Lathe\""}));
   EXPECT_EQ(editor.Document.CurrentFile(), path);
@@ -86,8 +83,7 @@ TEST_F(EditorFileTest, LoadReportsProgressAndCollectsDirectives) {
 }
 
 TEST_F(EditorFileTest, EditsAreSavedAndTheSaveKeepsPermissions) {
-  const std::string path = PathOf("part.nc");
-  WriteText(path, "G1 X1\r\n");
+  const std::string path = scratch.Write("part.nc", "G1 X1\r\n");
   std::filesystem::permissions(path, std::filesystem::perms(0640));
   ASSERT_TRUE(editor.LoadSourceFile(path));
   editor.Document.ReplaceRange(0, 0, "N10 ");
@@ -101,9 +97,8 @@ TEST_F(EditorFileTest, EditsAreSavedAndTheSaveKeepsPermissions) {
 }
 
 TEST_F(EditorFileTest, FailedSaveLeavesTheFileIntact) {
-  const std::string path = PathOf("big.nc");
   const std::string original = "G1 X1\r\n";
-  WriteText(path, original);
+  const std::string path = scratch.Write("big.nc", original);
   ASSERT_TRUE(editor.LoadSourceFile(path));
   editor.Document.ReplaceRange(0, 0, std::string(64 * 1024, 'X'));
 
@@ -135,8 +130,7 @@ TEST_F(EditorFileTest, FailedSaveLeavesTheFileIntact) {
 }
 
 TEST_F(EditorFileTest, ReadOnlyFileIsSavedUnderANewName) {
-  const std::string path = PathOf("locked.nc");
-  WriteText(path, "G1\r\n");
+  const std::string path = scratch.Write("locked.nc", "G1\r\n");
   std::filesystem::permissions(path, std::filesystem::perms(0444));
   ASSERT_TRUE(editor.LoadSourceFile(path));
   editor.Document.ReplaceRange(0, 0, "N1 ");
@@ -195,8 +189,8 @@ TEST_F(EditorFileTest, RichTextFilesKeepTheirKind) {
 }
 
 TEST_F(EditorFileTest, InsertFilesAtTheSelection) {
-  WriteText(PathOf("a.nc"), "G1\r\r\nG2");
-  WriteText(PathOf("b.nc"), "G3\n");
+  scratch.Write("a.nc", "G1\r\r\nG2");
+  scratch.Write("b.nc", "G3\n");
   editor.Document.SetText("N1\r\nN2\r\n");
   editor.Document.SetSelection(4, 0);
   ASSERT_TRUE(editor.InsertFiles({PathOf("a.nc"), PathOf("b.nc")}));
@@ -206,8 +200,7 @@ TEST_F(EditorFileTest, InsertFilesAtTheSelection) {
 }
 
 TEST_F(EditorFileTest, ClosingLeavesAnUntitledEmptyDocument) {
-  const std::string path = PathOf("part.nc");
-  WriteText(path, "G1\r\n");
+  const std::string path = scratch.Write("part.nc", "G1\r\n");
   ASSERT_TRUE(editor.LoadSourceFile(path));
   editor.Document.ReplaceRange(0, 0, "X");
   editor.CloseDocument();

@@ -1,13 +1,12 @@
 #include <gtest/gtest.h>
 
-#include <cstdlib>
 #include <filesystem>
 #include <optional>
 #include <string>
 #include <vector>
 
-#include "support/ScratchFolder.h"
 #include "editor/RecoveryFile.h"
+#include "support/ScratchFolder.h"
 
 namespace zemtra {
 namespace {
@@ -151,24 +150,17 @@ TEST_F(RecoveryFolderTest, UnwritableFolderFailsWithAReason) {
 
 // The per-user state folder follows XDG_STATE_HOME when it is absolute, else HOME.
 TEST(RecoveryFile, DefaultFolderFollowsTheStateHome) {
-  const auto saved = [](const char* name) -> std::optional<std::string> {
-    const char* value = std::getenv(name);
-    return value ? std::optional<std::string>(value) : std::nullopt;
-  };
-  const auto restore = [](const char* name, const std::optional<std::string>& value) {
-    value ? ::setenv(name, value->c_str(), 1) : ::unsetenv(name);
-  };
-  const auto state = saved("XDG_STATE_HOME");
-  const auto home = saved("HOME");
-  ::setenv("HOME", "/home/op", 1);
-  ::setenv("XDG_STATE_HOME", "/var/state", 1);
-  EXPECT_EQ(DefaultRecoveryFolder(), fs::path("/var/state/zemtra/recovery"));
-  ::setenv("XDG_STATE_HOME", "relative", 1);
+  const test::ScopedEnv home("HOME", "/home/op");
+  {
+    const test::ScopedEnv state("XDG_STATE_HOME", "/var/state");
+    EXPECT_EQ(DefaultRecoveryFolder(), fs::path("/var/state/zemtra/recovery"));
+  }
+  {
+    const test::ScopedEnv state("XDG_STATE_HOME", "relative");
+    EXPECT_EQ(DefaultRecoveryFolder(), fs::path("/home/op/.local/state/zemtra/recovery"));
+  }
+  const test::ScopedEnv state("XDG_STATE_HOME", std::nullopt);
   EXPECT_EQ(DefaultRecoveryFolder(), fs::path("/home/op/.local/state/zemtra/recovery"));
-  ::unsetenv("XDG_STATE_HOME");
-  EXPECT_EQ(DefaultRecoveryFolder(), fs::path("/home/op/.local/state/zemtra/recovery"));
-  restore("XDG_STATE_HOME", state);
-  restore("HOME", home);
 }
 
 }  // namespace

@@ -4,27 +4,18 @@
 
 #include "core/RecordingHost.h"
 #include "geom/CalcTools.h"
+#include "geom/GeomTestSupport.h"
 
 namespace zemtra {
 namespace {
 
-GeoEntity Entity(int type, GeoPoint start, GeoPoint end, GeoPoint center = {}, float r = 0) {
-  GeoEntity e;
-  e.EntityType = static_cast<std::uint8_t>(type);
-  e.StartPoint = start;
-  e.EndPoint = end;
-  e.CenterPoint = center;
-  e.RadiusOrTurns = r;
-  e.Plane = 17;
-  e.Selected = 1;
-  return e;
-}
+using test::Entity;
+using test::P;
 
-GeometryTable TableOf(const std::vector<GeoEntity>& entities) {
-  GeometryTable table;
-  table.Begin();
-  for (const GeoEntity& e : entities) table.Add(e);
-  table.End();
+// A table of `entities`, all selected: the commands work on the selection.
+GeometryTable SelectedTable(const std::vector<GeoEntity>& entities) {
+  GeometryTable table = test::TableOf(entities);
+  for (std::int32_t i = 1; i <= table.HighestIndex(); ++i) table[i].Selected = 1;
   return table;
 }
 
@@ -33,12 +24,12 @@ std::string LastMsg(const RecordingHost& host) {
 }
 
 TEST(CalcIntersect, MessagesAndPointsForEachPair) {
-  const GeoEntity horizontal = Entity(kFeed, {-5, 0, 0, 0}, {5, 0, 0, 0});
-  const GeoEntity vertical = Entity(kFeed, {1, -5, 0, 0}, {1, 5, 0, 0});
-  const GeoEntity parallel = Entity(kFeed, {-5, 2, 0, 0}, {5, 2, 0, 0});
-  const GeoEntity circle = Entity(kArcCCW, {2, 0, 0, 0}, {2, 0, 0, 0}, {0, 0, 0, 0}, 2);
-  const GeoEntity touching = Entity(kArcCCW, {0, 4, 0, 0}, {0, 4, 0, 0}, {0, 3, 0, 0}, 1);
-  const GeoEntity rapid = Entity(kRapid, {1, -5, 0, 0}, {1, 5, 0, 0});
+  const GeoEntity horizontal = Entity(kFeed, P(-5, 0), P(5, 0));
+  const GeoEntity vertical = Entity(kFeed, P(1, -5), P(1, 5));
+  const GeoEntity parallel = Entity(kFeed, P(-5, 2), P(5, 2));
+  const GeoEntity circle = Entity(kArcCCW, P(2, 0), P(2, 0), P(0, 0), 2);
+  const GeoEntity touching = Entity(kArcCCW, P(0, 4), P(0, 4), P(0, 3), 1);
+  const GeoEntity rapid = Entity(kRapid, P(1, -5), P(1, 5));
   struct Case {
     GeoEntity a, b;
     const char* message;
@@ -53,7 +44,7 @@ TEST(CalcIntersect, MessagesAndPointsForEachPair) {
       {horizontal, rapid, "Select 2 entities to intersect", 0},
   };
   for (const Case& c : cases) {
-    GeometryTable table = TableOf({c.a, c.b});
+    GeometryTable table = SelectedTable({c.a, c.b});
     RecordingHost host;
     EXPECT_EQ(CalcIntersect(table, host, "0.0###"), c.points) << c.message;
     EXPECT_EQ(LastMsg(host), c.message);
@@ -65,8 +56,8 @@ TEST(CalcIntersect, MessagesAndPointsForEachPair) {
 }
 
 TEST(CalcTools, TwoEntityCommandsRefuseThree) {
-  const GeoEntity line = Entity(kFeed, {0, 0, 0, 0}, {1, 0, 0, 0});
-  GeometryTable table = TableOf({line, line, line});
+  const GeoEntity line = Entity(kFeed, P(0, 0), P(1, 0));
+  GeometryTable table = SelectedTable({line, line, line});
   RecordingHost host;
   CalcMeasure(table, host, "0.0");
   EXPECT_EQ(LastMsg(host), "Select 2 entities to measure");
@@ -79,8 +70,8 @@ TEST(CalcTools, TwoEntityCommandsRefuseThree) {
 }
 
 TEST(CalcMeasure, DistancesFromFirstEndToSecondStartCountRapids) {
-  GeometryTable table = TableOf(
-      {Entity(kRapid, {0, 0, 0, 0}, {1, 1, 1, 0}), Entity(kFeed, {4, 5, 1, 0}, {9, 9, 9, 0})});
+  GeometryTable table =
+      SelectedTable({Entity(kRapid, P(0, 0), P(1, 1, 1)), Entity(kFeed, P(4, 5, 1), P(9, 9, 9))});
   RecordingHost host;
   CalcMeasure(table, host, "0.0###");
   ASSERT_EQ(host.shown.size(), 1u);
@@ -89,8 +80,8 @@ TEST(CalcMeasure, DistancesFromFirstEndToSecondStartCountRapids) {
 }
 
 TEST(CalcBlendRadius, LeftTurnGivesACounterClockwiseTangentArc) {
-  GeometryTable table = TableOf(
-      {Entity(kFeed, {0, 0, 0, 0}, {10, 0, 0, 0}), Entity(kFeed, {10, 0, 0, 0}, {10, 10, 0, 0})});
+  GeometryTable table =
+      SelectedTable({Entity(kFeed, P(0, 0), P(10, 0)), Entity(kFeed, P(10, 0), P(10, 10))});
   RecordingHost host;
   ASSERT_TRUE(CalcBlendRadius(table, 2, host));
   const GeoEntity& arc = table[3];
@@ -100,21 +91,21 @@ TEST(CalcBlendRadius, LeftTurnGivesACounterClockwiseTangentArc) {
   EXPECT_NEAR(arc.StartPoint.X, 8, 1e-5);
   EXPECT_NEAR(arc.EndPoint.Y, 2, 1e-5);
 
-  GeometryTable parallel = TableOf(
-      {Entity(kFeed, {0, 0, 0, 0}, {10, 0, 0, 0}), Entity(kFeed, {0, 5, 0, 0}, {10, 5, 0, 0})});
+  GeometryTable parallel =
+      SelectedTable({Entity(kFeed, P(0, 0), P(10, 0)), Entity(kFeed, P(0, 5), P(10, 5))});
   EXPECT_FALSE(CalcBlendRadius(parallel, 2, host));
   EXPECT_EQ(LastMsg(host), "No intersection");
 }
 
 TEST(CalcPointAtCenter, MiddlesOfLinesCentresOfArcsNothingForPoints) {
-  GeometryTable table = TableOf({Entity(kFeed, {0, 0, 0, 0}, {4, 2, 2, 0}),
-                                 Entity(kArcCW, {1, 0, 0, 0}, {0, 1, 0, 0}, {7, 8, 0, 0}, 1),
-                                 Entity(kPoint, {3, 3, 0, 0}, {3, 3, 0, 0})});
+  GeometryTable table = SelectedTable({Entity(kFeed, P(0, 0), P(4, 2, 2)),
+                                       Entity(kArcCW, P(1, 0), P(0, 1), P(7, 8), 1),
+                                       Entity(kPoint, P(3, 3), P(3, 3))});
   RecordingHost host;
   EXPECT_EQ(CalcPointAtCenter(table, host), 2);
   ASSERT_EQ(table.HighestIndex(), 5);
-  EXPECT_EQ(table[4].EndPoint, (GeoPoint{2, 1, 1, 0}));
-  EXPECT_EQ(table[5].EndPoint, (GeoPoint{7, 8, 0, 0}));
+  EXPECT_EQ(table[4].EndPoint, P(2, 1, 1));
+  EXPECT_EQ(table[5].EndPoint, P(7, 8));
   for (std::int32_t i = 1; i <= 3; ++i) EXPECT_EQ(table[i].Selected, 0);
   EXPECT_EQ(CalcPointAtCenter(table, host), 0);
   EXPECT_EQ(LastMsg(host), "Select at least 1 entity");

@@ -11,9 +11,7 @@ using test::Entity;
 using test::P;
 
 TEST(ComputeExtents, EmptyTableGivesTheZeroBox) {
-  GeometryTable table;
-  table.Begin();
-  table.End();
+  GeometryTable table = test::TableOf({});
   table.GeoMin = P(5, 5, 5, 5);
   table.GeoMax = P(6, 6, 6, 6);
   ComputeExtents(table);
@@ -22,13 +20,12 @@ TEST(ComputeExtents, EmptyTableGivesTheZeroBox) {
 }
 
 TEST(ComputeExtents, CoversLinesArcsHelixesAndPointsButNotUnknownTypes) {
-  GeometryTable table;
-  table.Begin();
-  table.Add(Entity(kRapid, P(-1, 2, 3, 0), P(4, 5, 6, 90)));
-  table.Add(Entity(kArcCW, P(12, 0, 0), P(12, 0, 0), P(10, 0, 0), 2));  // full circle
-  table.Add(Entity(9, P(-500, -500, -500), P(500, 500, 500)));          // never drawn
-  table.Add(Entity(kPoint, P(-100, -100, -100), P(0, 0, 40)));    // only its end counts
-  table.End();
+  GeometryTable table = test::TableOf({
+      Entity(kRapid, P(-1, 2, 3, 0), P(4, 5, 6, 90)),
+      Entity(kArcCW, P(12, 0, 0), P(12, 0, 0), P(10, 0, 0), 2),  // full circle
+      Entity(9, P(-500, -500, -500), P(500, 500, 500)),          // never drawn
+      Entity(kPoint, P(-100, -100, -100), P(0, 0, 40)),          // only its end counts
+  });
   ComputeExtents(table);
   EXPECT_EQ(table.GeoMin, P(-1, -2, 0, 0));
   EXPECT_EQ(table.GeoMax, P(12, 5, 40, 90));

@@ -8,28 +8,15 @@
 
 #include "core/RecordingHost.h"
 #include "geom/GeoSort.h"
+#include "geom/GeomTestSupport.h"
 #include "geom/Nearest.h"
 #include "geom/Primitives.h"
 
 namespace zemtra {
 namespace {
 
-GeoEntity Line(float x1, float y1, float x2, float y2, float z = 0) {
-  GeoEntity e;
-  e.EntityType = kFeed;
-  e.StartPoint = {x1, y1, z, 0};
-  e.EndPoint = {x2, y2, z, 0};
-  e.Plane = 17;
-  return e;
-}
-
-GeometryTable TableOf(const std::vector<GeoEntity>& entities) {
-  GeometryTable table;
-  table.Begin();
-  for (const GeoEntity& e : entities) table.Add(e);
-  table.End();
-  return table;
-}
+using test::Line;
+using test::TableOf;
 
 // The chaining search written out directly: restart from the first record after every join,
 // take the first record in table order that passes one of the four tests.
@@ -82,18 +69,15 @@ bool SameRecords(const GeometryTable& a, const GeometryTable& b) {
 }
 
 TEST(ReverseEntity, SwapsEndsAndArcDirectionOnly) {
-  GeoEntity arc = Line(0, 0, 1, 1);
-  arc.EntityType = kArcCW;
+  const GeoEntity arc = test::Entity(kArcCW, test::P(0, 0), test::P(1, 1));
   const GeoEntity reversed = ReverseEntity(arc);
   EXPECT_EQ(reversed.EntityType, kArcCCW);
   EXPECT_EQ(reversed.StartPoint, arc.EndPoint);
   EXPECT_EQ(ReverseEntity(reversed).EntityType, kArcCW);
-  GeoEntity point = Line(0, 0, 1, 1);
-  point.EntityType = kPoint;
-  EXPECT_EQ(ReverseEntity(point).StartPoint, point.StartPoint);
-  GeoEntity rapid = Line(0, 0, 1, 1);
-  rapid.EntityType = kRapid;
-  EXPECT_EQ(ReverseEntity(rapid).StartPoint, rapid.StartPoint);
+  for (const int type : {kPoint, kRapid}) {
+    const GeoEntity e = test::Entity(type, test::P(0, 0), test::P(1, 1));
+    EXPECT_EQ(ReverseEntity(e).StartPoint, e.StartPoint) << type;
+  }
 }
 
 TEST(ChainGeometry, JoinsAtTailAndHeadReversingWhereNeeded) {
@@ -192,10 +176,7 @@ TEST(SortGeometry, NearestChainFirstThenNearestToAnyPartOfTheLast) {
   // Chain 0 far right, chain 1 at the top left, chain 2 near the start of chain 1.
   std::vector<GeoEntity> lines = {Line(50, 0, 60, 0), Line(0, 10, 5, 10), Line(5, 10, 10, 10),
                                   Line(-1, 8, -1, 5)};
-  lines[0].LineNumber = 0;
-  lines[1].LineNumber = 1;
-  lines[2].LineNumber = 1;
-  lines[3].LineNumber = 2;
+  for (int k = 0; k < 4; ++k) lines[k].LineNumber = (k + 1) / 2;
   GeometryTable table = TableOf(lines);
   RecordingHost host;
   GeoSort sort(host);

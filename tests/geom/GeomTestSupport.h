@@ -1,6 +1,11 @@
 #pragma once
-// Small builders shared by the geometry tests.
+// Small builders shared by the geometry and drawing-exchange tests.
+#include <initializer_list>
+#include <string>
+#include <vector>
+
 #include "core/GeoTypes.h"
+#include "core/GeometryTable.h"
 #include "geom/Primitives.h"
 
 namespace zemtra::test {
@@ -35,6 +40,27 @@ inline GeoEntity Entity(int type, GeoPoint start, GeoPoint end, GeoPoint center 
   e.RadiusOrTurns = radiusOrTurns;
   e.Plane = static_cast<std::uint8_t>(plane);
   return e;
+}
+
+// A feed line in plane 17 at height z.
+inline GeoEntity Line(float x1, float y1, float x2, float y2, float z = 0) {
+  return Entity(kFeed, P(x1, y1, z), P(x2, y2, z));
+}
+
+// A table holding `entities` from index 1 on.
+inline GeometryTable TableOf(const std::vector<GeoEntity>& entities) {
+  GeometryTable table;
+  table.Begin();
+  for (const GeoEntity& e : entities) table.Add(e);
+  table.End();
+  return table;
+}
+
+// `lines`, each ended by CR LF as the writers end them.
+inline std::string CrLfLines(std::initializer_list<const char*> lines) {
+  std::string text;
+  for (const char* line : lines) text += std::string(line) + "\r\n";
+  return text;
 }
 
 }  // namespace zemtra::test

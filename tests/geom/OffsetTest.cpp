@@ -4,20 +4,13 @@
 #include <vector>
 
 #include "core/RecordingHost.h"
+#include "geom/GeomTestSupport.h"
 #include "geom/Offset.h"
 
 namespace zemtra {
 namespace {
 
-GeoEntity Line(float x1, float y1, float x2, float y2) {
-  GeoEntity e;
-  e.EntityType = kFeed;
-  e.StartPoint = {x1, y1, 0, 0};
-  e.EndPoint = {x2, y2, 0, 0};
-  e.Plane = 17;
-  e.Selected = 1;
-  return e;
-}
+using test::Line;
 
 // The counter-clockwise square (0,0)-(10,10) as four lines.
 std::vector<GeoEntity> Square() {
@@ -97,11 +90,7 @@ TEST(Offset, LineAndArcAreTangentOnlyAtARightAngleToTheRadius) {
 }
 
 TEST(Offset, CircleOffsetInwardByItsRadiusCannotBeBuilt) {
-  GeoEntity circle;
-  circle.EntityType = kArcCCW;
-  circle.StartPoint = circle.EndPoint = {2, 0, 0, 0};
-  circle.RadiusOrTurns = 2;
-  circle.Plane = 17;
+  const GeoEntity circle = test::Entity(kArcCCW, test::P(2, 0), test::P(2, 0), {}, 2);
   RecordingHost host;
   std::vector<GeoEntity> result;
   EXPECT_FALSE(PathOffsetter(2, host).OffsetPath({circle}, result));
@@ -122,14 +111,8 @@ TEST(RemoveLoops, CutsTheCrossingAndWhatLiesBetween) {
 }
 
 TEST(OffsetSelected, SeparateRunsGiveSeparateResults) {
-  GeometryTable table;
-  table.Begin();
-  table.Add(Line(0, 0, 10, 0));
-  GeoEntity unselected = Line(50, 50, 60, 50);
-  unselected.Selected = 0;
-  table.Add(unselected);
-  table.Add(Line(0, 5, 10, 5));
-  table.End();
+  GeometryTable table = test::TableOf({Line(0, 0, 10, 0), Line(50, 50, 60, 50), Line(0, 5, 10, 5)});
+  table[1].Selected = table[3].Selected = 1;
   RecordingHost host;
   EXPECT_EQ(OffsetSelected(table, 1, host), 2);
   ASSERT_EQ(table.HighestIndex(), 5);

@@ -4,10 +4,7 @@
 
 #include <gtest/gtest.h>
 
-#include "core/RecordingHost.h"
-#include "view/RecordingSurface.h"
 #include "view/ViewTestSupport.h"
-#include "view/Viewport.h"
 
 namespace zemtra {
 namespace {
@@ -16,10 +13,8 @@ using test::Line;
 using test::P;
 
 // Seven feeds along X, entity i made by program line 10 + i.
-struct Replay {
-  explicit Replay(int count = 7)
-      : viewport(table, host), surface(200, 100), animator(table, viewport, host) {
-    viewport.AttachSurface(&surface);
+struct Replay : test::ViewportRig {
+  explicit Replay(int count = 7) : animator(table, viewport, host) {
     table.Begin();
     for (int i = 1; i <= count; ++i) {
       GeoEntity e = Line(kFeed, P(static_cast<float>(i - 1), 0), P(static_cast<float>(i), 0));
@@ -36,10 +31,6 @@ struct Replay {
     for (const auto& shown : host.shown) n += shown.prompt.text == "Program Finished";
     return n;
   }
-  GeometryTable table;
-  RecordingHost host;
-  Viewport viewport;
-  RecordingSurface surface;
   Animator animator;
 };
 
@@ -76,11 +67,6 @@ TEST(Animator, PauseThenAnimateGoesOnWithTheNextEntity) {
   EXPECT_EQ(r.host.caretLines.back(), 13);
 }
 
-TEST(Animator, AnEmptyTableDoesNotAnimate) {
-  Replay r(0);
-  EXPECT_FALSE(r.animator.BeginAnimate());
-}
-
 TEST(Animator, StepsByEntitiesPerStepAndFinishesOnce) {
   Replay r;
   r.animator.EntitiesPerStep = 5;
@@ -114,7 +100,7 @@ TEST(Animator, StepBackwardTakesEntitiesOffWhileStepping) {
   EXPECT_EQ(r.viewport.Marker.CurrentPosition, P(0, 0));
 }
 
-TEST(Animator, RewindAndForwardToEnd) {
+TEST(Animator, RewindAndForwardToEndAlsoOnAnEmptyTable) {
   Replay r;
   r.animator.StepForward();
   r.animator.Rewind();
@@ -126,9 +112,11 @@ TEST(Animator, RewindAndForwardToEnd) {
   r.animator.FastForward();
   EXPECT_EQ(r.Range(), std::make_pair(1, 7));
   EXPECT_EQ(r.host.caretLines.back(), 17);
+  // An empty table rewinds to the first line and does not animate.
   Replay empty(0);
   empty.animator.Rewind();
   EXPECT_EQ(empty.host.caretLines, std::vector<int>{1});
+  EXPECT_FALSE(empty.animator.BeginAnimate());
 }
 
 }  // namespace

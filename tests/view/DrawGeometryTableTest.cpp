@@ -31,11 +31,10 @@ std::vector<RecordingSurface::Call> Moves(const RecordingSurface& surface, Color
   return found;
 }
 
-// A viewport over a table, drawing on a 200 by 100 recording surface showing X 0 to 20 and
-// Y 0 to 10 in the top view, so one unit is ten pixels.
-struct PaintFixture {
-  PaintFixture() : viewport(table, host), surface(200, 100) {
-    viewport.AttachSurface(&surface);
+// A viewport drawing on a 200 by 100 recording surface showing X 0 to 20 and Y 0 to 10 in the
+// top view, so one unit is ten pixels.
+struct PaintFixture : test::ViewportRig {
+  PaintFixture() {
     viewport.View.SetViewport(0, 0, 20, 10);
     viewport.Switches.ShowTicks = false;
     viewport.Switches.ShowAxisLines = 0;
@@ -43,6 +42,10 @@ struct PaintFixture {
   }
   void Load(std::initializer_list<GeoEntity> entities) {
     Fill(table, entities);
+    Reload();
+  }
+  // Takes up the table as it now is, keeping the view.
+  void Reload() {
     viewport.RefreshGeometry(table.HighestIndex());
     viewport.View.SetViewport(0, 0, 20, 10);
   }
@@ -55,11 +58,6 @@ struct PaintFixture {
     }
     return colors;
   }
-
-  GeometryTable table;
-  RecordingHost host;
-  Viewport viewport;
-  RecordingSurface surface;
 };
 
 TEST(DrawGeometryTable, EmptyTableStillShowsTitleTriadAndAxisLines) {
@@ -189,8 +187,7 @@ TEST(DrawGeometryTable, ConnectedMovesBecomeOnePolylineAndTinyOnesMerge) {
   }
   for (int i = 0; i < 5; ++i) f.table.Add(Line(kFeed, P(5 + i, 5), P(6 + i, 5)));
   f.table.End();
-  f.viewport.RefreshGeometry(f.table.HighestIndex());
-  f.viewport.View.SetViewport(0, 0, 20, 10);
+  f.Reload();
   f.Paint();
   const auto lines = Moves(f.surface, f.viewport.Colors.Feed);
   ASSERT_EQ(lines.size(), 1u);
@@ -297,8 +294,7 @@ TEST(DrawGeometryTable, PathsDrawnAgainOnTheSamePixelsAreSentOnce) {
   f.table.Add(Line(kFeed, P(2, 2), P(2, 6)));
   f.table.Add(Line(kRapid, P(2, 6), P(2, 2)));  // the same pixels in another pen
   f.table.End();
-  f.viewport.RefreshGeometry(f.table.HighestIndex());
-  f.viewport.View.SetViewport(0, 0, 20, 10);
+  f.Reload();
   f.Paint();
   const auto feeds = Moves(f.surface, f.viewport.Colors.Feed);
   ASSERT_EQ(feeds.size(), 1u);
@@ -369,12 +365,10 @@ TEST(EntityPainter, MonochromePaintingIsBlackOnlyWhenAskedFor) {
 }
 
 TEST(Viewport, DrawingWhilePlottingAddsWithoutClearing) {
-  GeometryTable table;
-  Fill(table, {Line(kFeed, P(0, 0), P(1, 1)), Line(kFeed, P(1, 1), P(2, 0))});
-  RecordingHost host;
-  Viewport viewport(table, host);
-  RecordingSurface surface(100, 100);
-  viewport.AttachSurface(&surface);
+  test::ViewportRig rig(100, 100);
+  Fill(rig.table, {Line(kFeed, P(0, 0), P(1, 1)), Line(kFeed, P(1, 1), P(2, 0))});
+  Viewport& viewport = rig.viewport;
+  const RecordingSurface& surface = rig.surface;
   viewport.DrawEntityNow(1);
   viewport.DrawEntityNow(2);
   viewport.DrawEntityNow(3);  // beyond the table: nothing

@@ -3,17 +3,13 @@
 
 #include <gtest/gtest.h>
 
-#include "core/RecordingHost.h"
 #include "view/PointMeasure.h"
-#include "view/RecordingSurface.h"
 #include "view/ViewTestSupport.h"
-#include "view/Viewport.h"
 
 namespace zemtra {
 namespace {
 
 using test::Arc;
-using test::Fill;
 using test::Line;
 using test::P;
 
@@ -102,29 +98,21 @@ TEST(EntityReport, ChainPlaceCountsTheMembersBefore) {
 }
 
 TEST(PointMeasure, SnapsToEndsAndReportsTheDistances) {
-  GeometryTable table;
-  RecordingHost host;
-  Viewport viewport(table, host);
-  RecordingSurface surface(400, 300);
-  viewport.AttachSurface(&surface);
-  Fill(table, {Line(kFeed, P(0, 0, 0), P(3, 0, 0)), Line(kFeed, P(3, 0, 0), P(3, 4, -2))});
-  viewport.LoadGeometry(2);
-  const auto at = [&](const GeoPoint& p) {
-    float u = 0, v = 0;
-    viewport.View.ProjectPoint(p, u, v);
-    return std::pair<double, double>(u, v);
-  };
+  test::ViewportRig rig(400, 300);
+  rig.LoadTable({Line(kFeed, P(0, 0, 0), P(3, 0, 0)), Line(kFeed, P(3, 0, 0), P(3, 4, -2))});
+  const GeometryTable& table = rig.table;
+  const Viewport& viewport = rig.viewport;
   PointMeasure measure;
   EXPECT_EQ(measure.TakePoint(), PointMeasure::Press::Ignored);
   EXPECT_EQ(measure.Begin(), "Select 1st Point");
   const double near = 9 * viewport.View.UnitsPerPixel;
-  auto [u, v] = at(P(0, 0));
+  auto [u, v] = rig.At(P(0, 0));
   EXPECT_FALSE(measure.FindSnap(table, viewport, u + near, v + near));
   EXPECT_EQ(measure.TakePoint(), PointMeasure::Press::Ignored);
   EXPECT_TRUE(measure.FindSnap(table, viewport, u + near, v));
   EXPECT_EQ(measure.TakePoint(), PointMeasure::Press::FirstTaken);
   EXPECT_EQ(PointMeasure::StatusAfter(PointMeasure::Press::FirstTaken), "Select 2nd Point");
-  std::tie(u, v) = at(P(3, 4));
+  std::tie(u, v) = rig.At(P(3, 4));
   EXPECT_TRUE(measure.FindSnap(table, viewport, u, v));
   EXPECT_EQ(measure.SnapPoint, P(3, 4, -2));
   EXPECT_EQ(measure.TakePoint(), PointMeasure::Press::Done);

@@ -4,11 +4,8 @@
 
 #include <gtest/gtest.h>
 
-#include "core/RecordingHost.h"
-#include "view/RecordingSurface.h"
 #include "view/Selection.h"
 #include "view/ViewTestSupport.h"
-#include "view/Viewport.h"
 #include "view/Views.h"
 
 namespace zemtra {
@@ -19,18 +16,11 @@ using test::Fill;
 using test::Line;
 using test::P;
 
-struct Picture {
-  Picture() : viewport(table, host), surface(400, 300) { viewport.AttachSurface(&surface); }
+struct Picture : test::ViewportRig {
+  Picture() : ViewportRig(400, 300) {}
   void Load(std::initializer_list<GeoEntity> entities, int view = kViewTop) {
-    Fill(table, entities);
     viewport.View.CurrentView = static_cast<std::int16_t>(view);
-    viewport.LoadGeometry(table.HighestIndex());
-  }
-  // The view point of machine point p.
-  std::pair<double, double> At(const GeoPoint& p) const {
-    float u = 0, v = 0;
-    viewport.View.ProjectPoint(p, u, v);
-    return {u, v};
+    LoadTable(entities);
   }
   std::int32_t PickAt(const GeoPoint& p, bool selectedOnly = false) const {
     const auto [u, v] = At(p);
@@ -45,15 +35,10 @@ struct Picture {
     }
     return found;
   }
-  GeometryTable table;
-  RecordingHost host;
-  Viewport viewport;
-  RecordingSurface surface;
 };
 
 GeoEntity PointAt(GeoPoint p) {
-  GeoEntity e = Line(kPoint, p, p);
-  return e;
+  return Line(kPoint, p, p);
 }
 
 TEST(FindEntityAt, TakesTheNearestAndTheLaterOfTwoEqualInEveryView) {

@@ -12,35 +12,47 @@ namespace {
 
 using test::P;
 
-// A view whose middle is (1, 2): the reflections 2cx - s and 2cy - s are 2 - s and 4 - s.
-ViewState CenteredAt1And2() {
+// A picture of `pixelWidth` by `pixelHeight` showing the rectangle at x, y of w by h.
+ViewState ViewOf(int pixelWidth, int pixelHeight, double x, double y, double w, double h) {
   ViewState view;
-  view.PixelWidth = view.PixelHeight = 100;
-  view.SetViewport(-9, -8, 20, 20);
+  view.PixelWidth = pixelWidth;
+  view.PixelHeight = pixelHeight;
+  view.SetViewport(x, y, w, h);
   return view;
 }
 
-TEST(ProjectPoint, EveryFlatViewAndTopOrientationMapsByItsFormula) {
+// A view whose middle is (1, 2): the reflections 2cx - s and 2cy - s are 2 - s and 4 - s.
+ViewState CenteredAt1And2() {
+  return ViewOf(100, 100, -9, -8, 20, 20);
+}
+
+// The point (3, 5, 7) with cx = 1, cy = 2 in each flat view: its view point, and its display
+// frame pair, the plane's two coordinates (swapped for top orientations 1 and 3).
+TEST(ProjectPoint, EveryFlatViewMapsByItsFormulaAndMouseToDisplayUndoesIt) {
   struct Case {
     int view, orientation;
-    float u, v;
+    float u, v, fx, fy;
   };
-  // The point (3, 5, 7) with cx = 1, cy = 2.
   const Case cases[] = {
-      {0, 0, 3, -1}, {0, 1, -3, 1},   {0, 2, -1, 5},  {0, 3, 5, 3},   {1, 0, -1, -1},
-      {2, 0, 3, -3}, {3, 0, -1, -3},  {4, 0, 5, -3},  {5, 0, -3, -3}, {8, 0, 7, 3},
-      {9, 0, 7, 1},  {10, 0, -1, -3}, {11, 0, 3, -3},
+      {0, 0, 3, -1, 3, 5},  {0, 1, -3, 1, 5, 3}, {0, 2, -1, 5, 3, 5},  {0, 3, 5, 3, 5, 3},
+      {1, 0, -1, -1, 3, 5}, {2, 0, 3, -3, 3, 7}, {3, 0, -1, -3, 3, 7}, {4, 0, 5, -3, 5, 7},
+      {5, 0, -3, -3, 5, 7}, {8, 0, 7, 3, 7, 3},  {9, 0, 7, 1, 7, 3},   {10, 0, -1, -3, 3, 7},
+      {11, 0, 3, -3, 3, 7},
   };
   ViewState view = CenteredAt1And2();
   ASSERT_EQ(view.ViewCenterX, 1);
   ASSERT_EQ(view.ViewCenterY, 2);
   for (const Case& c : cases) {
+    SCOPED_TRACE(testing::Message() << "view " << c.view << " orientation " << c.orientation);
     view.CurrentView = static_cast<std::int16_t>(c.view);
     view.TopViewOrientation = static_cast<std::int16_t>(c.orientation);
-    float u = 0, v = 0;
+    float u = 0, v = 0, fx = 0, fy = 0;
     view.ProjectPoint(P(3, 5, 7), u, v);
-    EXPECT_EQ(u, c.u) << "view " << c.view << " orientation " << c.orientation;
-    EXPECT_EQ(v, c.v) << "view " << c.view << " orientation " << c.orientation;
+    EXPECT_EQ(u, c.u);
+    EXPECT_EQ(v, c.v);
+    view.MouseToDisplay(u, v, fx, fy);
+    EXPECT_EQ(fx, c.fx);
+    EXPECT_EQ(fy, c.fy);
   }
 }
 
@@ -110,23 +122,19 @@ TEST(ProjectPoint, RotaryAngleTurnsThePointInItsPlaneAndKeepsTheAxis) {
 }
 
 TEST(UnprojectIso, RecoversXAndYOfPointsAtTheReferenceHeight) {
-  ViewState view;
-  view.PixelWidth = 640, view.PixelHeight = 480;
-  view.SetViewport(-3, 7, 50, 30);
+  ViewState view = ViewOf(640, 480, -3, 7, 50, 30);
   view.IsoZReference = -2;
-  for (int kind : {kViewIsoMill}) {
-    view.CurrentView = static_cast<std::int16_t>(kind);
-    for (double angle : {0.0, 30.0, 135.0, 300.0}) {
-      for (double tip : {15.0, 30.0, 89.0, 200.0}) {
-        view.SetViewAngle(angle);
-        view.SetTipAngle(tip);
-        for (const GeoPoint& p : {P(0, 0, -2), P(12.5, -4, -2), P(-30, 17.25, -2)}) {
-          float u = 0, v = 0, x = 0, y = 0;
-          view.ProjectPoint(p, u, v);
-          view.UnprojectIso(u, v, x, y);
-          EXPECT_NEAR(x, p.X, 2e-4) << angle << " " << tip;
-          EXPECT_NEAR(y, p.Y, 2e-4) << angle << " " << tip;
-        }
+  view.CurrentView = kViewIsoMill;
+  for (double angle : {0.0, 30.0, 135.0, 300.0}) {
+    for (double tip : {15.0, 30.0, 89.0, 200.0}) {
+      view.SetViewAngle(angle);
+      view.SetTipAngle(tip);
+      for (const GeoPoint& p : {P(0, 0, -2), P(12.5, -4, -2), P(-30, 17.25, -2)}) {
+        float u = 0, v = 0, x = 0, y = 0;
+        view.ProjectPoint(p, u, v);
+        view.UnprojectIso(u, v, x, y);
+        EXPECT_NEAR(x, p.X, 2e-4) << angle << " " << tip;
+        EXPECT_NEAR(y, p.Y, 2e-4) << angle << " " << tip;
       }
     }
   }
@@ -140,29 +148,6 @@ TEST(UnprojectIso, FlatTipGivesTheRotatedZeroReflected) {
   view.UnprojectIso(7, 9, x, y);
   EXPECT_EQ(x, 7);
   EXPECT_EQ(y, 4);  // 2cy - 0
-}
-
-TEST(MouseToDisplay, UndoesTheReflectionsOfEveryFlatView) {
-  // The display frame pair is the plane's two coordinates (swapped for top orientations 1, 3).
-  struct Case {
-    int view, orientation;
-    float fx, fy;
-  };
-  const Case cases[] = {
-      {0, 0, 3, 5}, {0, 1, 5, 3},  {0, 2, 3, 5},  {0, 3, 5, 3}, {1, 0, 3, 5},
-      {2, 0, 3, 7}, {3, 0, 3, 7},  {4, 0, 5, 7},  {5, 0, 5, 7}, {8, 0, 7, 3},
-      {9, 0, 7, 3}, {10, 0, 3, 7}, {11, 0, 3, 7},
-  };
-  ViewState view = CenteredAt1And2();
-  for (const Case& c : cases) {
-    view.CurrentView = static_cast<std::int16_t>(c.view);
-    view.TopViewOrientation = static_cast<std::int16_t>(c.orientation);
-    float u = 0, v = 0, fx = 0, fy = 0;
-    view.ProjectPoint(P(3, 5, 7), u, v);
-    view.MouseToDisplay(u, v, fx, fy);
-    EXPECT_EQ(fx, c.fx) << "view " << c.view << " orientation " << c.orientation;
-    EXPECT_EQ(fy, c.fy) << "view " << c.view << " orientation " << c.orientation;
-  }
 }
 
 TEST(PositionText, NamesThePlaneAxesAndShowsLatheDiameters) {
@@ -214,9 +199,7 @@ TEST(SetViewport, FitsTheRectangleAndCentresTheOtherSide) {
 }
 
 TEST(CenterView, MovesTheMiddleButNeverBeyondTheScaleLimit) {
-  ViewState view;
-  view.PixelWidth = view.PixelHeight = 100;
-  view.SetViewport(-10, -10, 20, 20);
+  ViewState view = ViewOf(100, 100, -10, -10, 20, 20);
   EXPECT_TRUE(view.CenterView(3, -4));
   EXPECT_EQ(view.ViewCenterX, 3);
   EXPECT_EQ(view.ViewCenterY, -4);
@@ -271,9 +254,7 @@ TEST(ZoomBy, ArithmeticFaultsLeaveTheScale) {
 }
 
 TEST(ZoomWindow, FlatViewsFitTheDraggedBoxAndIgnoreAClick) {
-  ViewState view;
-  view.PixelWidth = 200, view.PixelHeight = 100;
-  view.SetViewport(-10, -5, 20, 10);  // middle (0, 0)
+  ViewState view = ViewOf(200, 100, -10, -5, 20, 10);  // middle (0, 0)
   view.ZoomWindow(3, 3, 3, 3);
   EXPECT_EQ(view.ScaleWidth, 20);
   // Raw corners (2, -1) and (6, 1): X 2 to 6, and Y (reflected about 0) -1 to 1.
@@ -305,9 +286,7 @@ TEST(ZoomWindow, IsometricViewCentresOnTheBoxAndZoomsToFitIt) {
 }
 
 TEST(RotateDrag, AnglesFollowThePointerAndStayWithinOneTurn) {
-  ViewState view;
-  view.PixelWidth = view.PixelHeight = 100;
-  view.SetViewport(0, 0, 100, 100);
+  ViewState view = ViewOf(100, 100, 0, 0, 100, 100);
   view.SetViewAngle(30);
   view.SetTipAngle(30);
   view.BeginRotate(50, 50);
@@ -336,7 +315,6 @@ TEST(PanDrag, ThePointUnderThePointerStaysUnderIt) {
     const GeoPoint p = P(2, 1, 0);
     float u = 0, v = 0;
     view.ProjectPoint(p, u, v);
-    const PixelPoint start = view.ToPixel(u, v);
     view.BeginPan(u, v);
     // Three moves of the pointer; raw coordinates are read through the scale as it moves.
     for (const PixelPoint to : {PixelPoint{30, 20}, PixelPoint{150, 90}, PixelPoint{110, 60}}) {
@@ -348,7 +326,6 @@ TEST(PanDrag, ThePointUnderThePointerStaysUnderIt) {
       EXPECT_NEAR(now.x, to.x, 0.01) << "view " << viewIndex;
       EXPECT_NEAR(now.y, to.y, 0.01) << "view " << viewIndex;
     }
-    (void)start;
   }
 }
 

@@ -1,15 +1,17 @@
 #pragma once
-// Small builders for the viewport's tests: points, entities and tables.
+// Small builders for the viewport's tests: entities with a colour, tables, and a viewport
+// drawing on a recording surface. Points (test::P) come from the geometry tests' builders.
 #include <initializer_list>
+#include <utility>
 
 #include "core/GeoTypes.h"
 #include "core/GeometryTable.h"
+#include "core/RecordingHost.h"
+#include "geom/GeomTestSupport.h"
+#include "view/RecordingSurface.h"
+#include "view/Viewport.h"
 
 namespace zemtra::test {
-
-inline GeoPoint P(float x, float y, float z = 0, float a = 0) {
-  return GeoPoint{x, y, z, a};
-}
 
 inline GeoEntity Line(int type, GeoPoint from, GeoPoint to, int colorIndex = 1) {
   GeoEntity e;
@@ -35,5 +37,29 @@ inline void Fill(GeometryTable& table, std::initializer_list<GeoEntity> entities
   for (const GeoEntity& e : entities) table.Add(e);
   table.End();
 }
+
+// A viewport over its own table, drawing on a recording surface of the given size.
+struct ViewportRig {
+  explicit ViewportRig(int width = 200, int height = 100)
+      : viewport(table, host), surface(width, height) {
+    viewport.AttachSurface(&surface);
+  }
+  // Fills the table and loads it, which zooms to its extents.
+  void LoadTable(std::initializer_list<GeoEntity> entities) {
+    Fill(table, entities);
+    viewport.LoadGeometry(table.HighestIndex());
+  }
+  // The view point of machine point p.
+  std::pair<double, double> At(const GeoPoint& p) const {
+    float u = 0, v = 0;
+    viewport.View.ProjectPoint(p, u, v);
+    return {u, v};
+  }
+
+  GeometryTable table;
+  RecordingHost host;
+  Viewport viewport;
+  RecordingSurface surface;
+};
 
 }  // namespace zemtra::test

@@ -7,10 +7,7 @@
 #include "config/ConfigFile.h"
 #include "config/ConfigText.h"
 #include "config/MachineConfig.h"
-#include "core/GeometryTable.h"
-#include "core/RecordingHost.h"
 #include "core/SettingsStore.h"
-#include "view/RecordingSurface.h"
 #include "view/ViewSettings.h"
 #include "view/ViewTestSupport.h"
 
@@ -22,25 +19,20 @@ using test::Fill;
 using test::Line;
 using test::P;
 
-struct ViewportFixture {
-  ViewportFixture() : viewport(table, host), surface(200, 100) { viewport.AttachSurface(&surface); }
-  std::vector<std::pair<std::string, std::string>> MsgStatuses() const {
-    std::vector<std::pair<std::string, std::string>> found;
-    for (const auto& status : host.statuses) {
-      if (status.first == "msg") found.push_back(status);
-    }
-    return found;
+using Status = std::pair<std::string, std::string>;
+
+// The "msg" entries of the status bar.
+std::vector<Status> MsgStatuses(const RecordingHost& host) {
+  std::vector<Status> found;
+  for (const Status& status : host.statuses) {
+    if (status.first == "msg") found.push_back(status);
   }
-  GeometryTable table;
-  RecordingHost host;
-  Viewport viewport;
-  RecordingSurface surface;
-};
+  return found;
+}
 
 TEST(ZoomToExtents, FitsTheDrawnPartWithAMarginAndSaysSo) {
-  ViewportFixture f;
-  Fill(f.table, {Line(kRapid, P(0, 0, 5), P(0, 0, 0)), Line(kFeed, P(0, 0), P(10, 5))});
-  f.viewport.LoadGeometry(2);
+  test::ViewportRig f;
+  f.LoadTable({Line(kRapid, P(0, 0, 5), P(0, 0, 0)), Line(kFeed, P(0, 0), P(10, 5))});
   const ViewState& view = f.viewport.View;
   // 10 by 5 grown by 5 percent is 10.5 by 5.25: the picture's 2:1 exactly.
   EXPECT_FLOAT_EQ(view.ScaleLeft, -0.25f);
@@ -52,8 +44,7 @@ TEST(ZoomToExtents, FitsTheDrawnPartWithAMarginAndSaysSo) {
   const PixelPoint corner = view.ToPixel(u, v);
   EXPECT_NEAR(corner.x, 200 * 10.25 / 10.5, 1e-3);
   EXPECT_NEAR(corner.y, 100 * 0.125 / 5.25, 1e-3);
-  using Status = std::pair<std::string, std::string>;
-  EXPECT_EQ(f.MsgStatuses(),
+  EXPECT_EQ(MsgStatuses(f.host),
             (std::vector<Status>{{"msg", "Zooming to part extents..."}, {"msg", ""}}));
   EXPECT_EQ(f.viewport.DrawFirst, 1);
   EXPECT_EQ(f.viewport.DrawLast, 2);
@@ -62,10 +53,9 @@ TEST(ZoomToExtents, FitsTheDrawnPartWithAMarginAndSaysSo) {
 }
 
 TEST(ZoomToExtents, EveryViewFramesThePart) {
-  ViewportFixture f;
-  Fill(f.table, {Arc(kArcCCW, P(30, 20, -3), P(30, 20, -3), P(25, 20, -3), 5),
-                 Line(kFeed, P(30, 20, -3), P(30, 20, 4))});
-  f.viewport.LoadGeometry(2);
+  test::ViewportRig f;
+  f.LoadTable({Arc(kArcCCW, P(30, 20, -3), P(30, 20, -3), P(25, 20, -3), 5),
+               Line(kFeed, P(30, 20, -3), P(30, 20, 4))});
   for (int viewIndex = 0; viewIndex < kViewCount; ++viewIndex) {
     f.viewport.SetView(viewIndex, true);
     const ViewState& view = f.viewport.View;
@@ -82,41 +72,36 @@ TEST(ZoomToExtents, EveryViewFramesThePart) {
 }
 
 TEST(ZoomToExtents, EmptyTableGivesTheDefaultWindow) {
-  ViewportFixture f;
-  RecordingSurface square(100, 100);
-  f.viewport.AttachSurface(&square);
-  Fill(f.table, {});
+  test::ViewportRig f(100, 100);
   f.viewport.View.SetViewport(3, 3, 1, 1);
-  f.viewport.LoadGeometry(0);
+  f.LoadTable({});
   EXPECT_EQ(f.viewport.View.ScaleLeft, -10);
   EXPECT_EQ(f.viewport.View.ScaleTop, -10);
   EXPECT_EQ(f.viewport.View.ScaleWidth, 20);
   f.viewport.View.SetViewport(3, 3, 1, 1);
   f.viewport.ZoomToSelected();
   EXPECT_EQ(f.viewport.View.ScaleWidth, 20);
-  EXPECT_TRUE(f.MsgStatuses().empty());
+  EXPECT_TRUE(MsgStatuses(f.host).empty());
 }
 
 TEST(ZoomToSelected, FitsTheSelectionOrFallsBackToExtents) {
-  ViewportFixture f;
-  Fill(f.table, {Line(kFeed, P(0, 0), P(10, 5)), Line(kFeed, P(10, 5), P(12, 6))});
-  f.viewport.LoadGeometry(2);
+  test::ViewportRig f;
+  f.LoadTable({Line(kFeed, P(0, 0), P(10, 5)), Line(kFeed, P(10, 5), P(12, 6))});
   f.host.statuses.clear();
   f.viewport.ZoomToSelected();  // nothing selected
-  EXPECT_EQ(f.MsgStatuses().front().second, "Zooming to part extents...");
+  EXPECT_EQ(MsgStatuses(f.host).front().second, "Zooming to part extents...");
   EXPECT_FLOAT_EQ(f.viewport.View.ScaleWidth, 12.6f);
   f.table[2].Selected = 255;
   f.host.statuses.clear();
   f.viewport.ZoomToSelected();
-  EXPECT_EQ(f.MsgStatuses().front().second, "Zooming to selected objects...");
+  EXPECT_EQ(MsgStatuses(f.host).front().second, "Zooming to selected objects...");
   EXPECT_FLOAT_EQ(f.viewport.View.ScaleWidth, 2.1f);
   EXPECT_NEAR(f.viewport.View.ViewCenterX, 11, 1e-5);
 }
 
 TEST(ZoomAll, LeavesRapidsOutOfTheFitAndShowsThemAgain) {
-  ViewportFixture f;
-  Fill(f.table, {Line(kRapid, P(-100, 0), P(0, 0)), Line(kFeed, P(0, 0), P(10, 5))});
-  f.viewport.LoadGeometry(2);
+  test::ViewportRig f;
+  f.LoadTable({Line(kRapid, P(-100, 0), P(0, 0)), Line(kFeed, P(0, 0), P(10, 5))});
   EXPECT_GT(f.viewport.View.ScaleWidth, 100);
   f.viewport.ZoomAll();
   EXPECT_FLOAT_EQ(f.viewport.View.ScaleWidth, 10.5f);
@@ -124,9 +109,8 @@ TEST(ZoomAll, LeavesRapidsOutOfTheFitAndShowsThemAgain) {
 }
 
 TEST(Viewport, WheelAndMenuZoomAboutTheMiddle) {
-  ViewportFixture f;
-  Fill(f.table, {Line(kFeed, P(0, 0), P(100, 50))});
-  f.viewport.LoadGeometry(1);
+  test::ViewportRig f;
+  f.LoadTable({Line(kFeed, P(0, 0), P(100, 50))});
   const float width = f.viewport.View.ScaleWidth;
   f.viewport.MouseWheelRolled(1);  // exactly 1 zooms in
   EXPECT_FLOAT_EQ(f.viewport.View.ScaleWidth, static_cast<float>(width / 1.333));
@@ -140,7 +124,7 @@ TEST(Viewport, WheelAndMenuZoomAboutTheMiddle) {
 }
 
 TEST(Viewport, AxisLinesRunFiveTimesThePartBeyondTheChosenZero) {
-  ViewportFixture f;
+  test::ViewportRig f;
   Fill(f.table, {Line(kFeed, P(0, 0, -1), P(10, 4, 0))});
   std::map<int, double> variables{{5241, 1}, {5242, 2}, {5243, 3}};
   f.viewport.ReadVariable = [&](int n) { return variables.count(n) ? variables[n] : 0.0; };
@@ -168,9 +152,8 @@ TEST(Viewport, ConfigurationSetsColoursTopViewAndRotaryAxis) {
                               "Rapid Type = 1\n[ROTARY AXIS]\nRotary Axis Plane = 19\n"
                               "Rotary Axis Centerline Z = 4\n"),
                    config);
-  GeometryTable table;
-  RecordingHost host;
-  Viewport viewport(table, host);
+  test::ViewportRig f;
+  Viewport& viewport = f.viewport;
   viewport.ApplyConfig(config);
   EXPECT_EQ(viewport.Colors.Rapid, 255);
   EXPECT_FALSE(viewport.Colors.ColorByMotion);
