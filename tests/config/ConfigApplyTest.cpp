@@ -6,48 +6,32 @@
 namespace zemtra {
 namespace {
 
-struct Applied {
-  ConfigSession session;
-  RecordingHost host;
-  std::vector<std::string> statements;
-
-  void Apply(const MachineConfig& record) {
-    ApplyConfig(record, session, host,
-                [this](const std::string& line) { statements.push_back(line); });
-  }
-};
-
-MachineConfig LatheWordsOn(std::int16_t machineType) {
-  MachineConfig record;
-  record.ConfigName = "my LATHE-2x";
-  record.MachineType = machineType;
-  record.LatheXDiameter = kFlagTrue;
-  record.LatheReverseArcs = kFlagTrue;
-  record.WorkOffsetText = {"#5221=1", "", "#5261=3", "", "", "#5321=6 #5322=7"};
-  return record;
-}
-
 TEST(ApplyConfig, PutsTheRecordInForceAndRunsTheWorkOffsetsInOrder) {
-  Applied applied;
-  applied.session.EditConfig.InitialState = "G20";
-  applied.Apply(LatheWordsOn(1));
+  for (const std::int16_t machineType : {0, 1}) {
+    SCOPED_TRACE(machineType == 0 ? "mill" : "lathe");
+    MachineConfig record;
+    record.ConfigName = "my LATHE-2x";
+    record.MachineType = machineType;
+    record.LatheXDiameter = kFlagTrue;
+    record.LatheReverseArcs = kFlagTrue;
+    record.WorkOffsetText = {"#5221=1", "", "#5261=3", "", "", "#5321=6 #5322=7"};
+    ConfigSession session;
+    session.EditConfig.InitialState = "G20";
+    RecordingHost host;
+    std::vector<std::string> statements;
+    ApplyConfig(record, session, host,
+                [&statements](const std::string& line) { statements.push_back(line); });
 
-  EXPECT_EQ(applied.session.ActiveConfig, LatheWordsOn(1));
-  EXPECT_EQ(applied.session.EditConfig.InitialState, "G20");
-  EXPECT_EQ(applied.statements,
-            (std::vector<std::string>{"#5221=1", "#5261=3", "#5321=6 #5322=7"}));
-  ASSERT_EQ(applied.host.statuses.size(), 1u);
-  EXPECT_EQ(applied.host.statuses[0].first, "cfg");
-  EXPECT_EQ(applied.host.statuses[0].second, "  My Lathe-2x  ");
-}
-
-TEST(ApplyConfig, MillNeverKeepsLatheWords) {
-  Applied applied;
-  const MachineConfig mill = LatheWordsOn(0);
-  applied.Apply(mill);
-  EXPECT_EQ(applied.session.ActiveConfig.LatheXDiameter, kFlagFalse);
-  EXPECT_EQ(applied.session.ActiveConfig.LatheReverseArcs, kFlagFalse);
-  EXPECT_EQ(mill.LatheXDiameter, kFlagTrue);  // the record applied stays as read
+    MachineConfig expected = record;
+    if (machineType == 0) {  // a mill never keeps lathe words
+      expected.LatheXDiameter = kFlagFalse;
+      expected.LatheReverseArcs = kFlagFalse;
+    }
+    EXPECT_EQ(session.ActiveConfig, expected);
+    EXPECT_EQ(session.EditConfig.InitialState, "G20");
+    EXPECT_EQ(statements, (std::vector<std::string>{"#5221=1", "#5261=3", "#5321=6 #5322=7"}));
+    EXPECT_EQ(host.statuses, (decltype(host.statuses){{"cfg", "  My Lathe-2x  "}}));
+  }
 }
 
 }  // namespace

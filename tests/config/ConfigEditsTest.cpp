@@ -1,10 +1,8 @@
 #include <gtest/gtest.h>
 
-#include <map>
-
 #include "config/ConfigEdits.h"
-#include "support/ScratchFolder.h"
 #include "core/RecordingHost.h"
+#include "support/ScratchFolder.h"
 #include "support/TestSupport.h"
 
 namespace zemtra {
@@ -77,49 +75,6 @@ TEST_F(SaveAs, ExistingFileIsOnlyWritten) {
   ASSERT_TRUE(SaveConfigAs(path, record_, zeros_, folder_.path()));
   EXPECT_EQ(test::ReadFileBytes(path), ConfigFileText(record_, zeros_));
   EXPECT_FALSE(fs::exists(folder_.path() / "CONFIG/other"));
-}
-
-// The offsets a configuration carries, as the store holds them after it has been applied.
-VariableReader OffsetsOf(const MachineConfig& record) {
-  std::map<int, std::string> values;
-  for (const std::string& line : record.WorkOffsetText) {
-    for (std::size_t hash = line.find('#'); hash != std::string::npos;
-         hash = line.find('#', hash + 1)) {
-      const std::size_t equals = line.find('=', hash);
-      const std::size_t end = line.find(' ', equals);
-      values[std::stoi(line.substr(hash + 1, equals - hash - 1))] =
-          line.substr(equals + 1, end == std::string::npos ? end : end - equals - 1);
-    }
-  }
-  return [values](int number) {
-    const auto found = values.find(number);
-    return found == values.end() ? std::string() : found->second;
-  };
-}
-
-// A loaded configuration saved unchanged gives the same bytes. The shipped mill is in the
-// written form as it stands; the lathe is taken in the form a first save gives it.
-TEST(ShippedConfigs, SaveByteForByteAsLoaded) {
-  if (test::SourceDataDir().empty()) GTEST_SKIP() << "source data folder unknown";
-  for (const char* name : {"default", "Lathe"}) {
-    ScratchFolder folder;
-    const fs::path shipped = ConfigFilePath(test::SourceDataDir(), name);
-    const auto loadAndSave = [&folder, name](const fs::path& from, const std::string& to) {
-      std::string path = from.string();
-      MachineConfig record;
-      RecordingHost host;
-      ASSERT_TRUE(LoadConfig(path, record, host, folder.path())) << name;
-      ASSERT_TRUE(SaveConfig(to, record, OffsetsOf(record)));
-    };
-    const std::string first = (folder.path() / "first.zmt").string();
-    const std::string second = (folder.path() / "second.zmt").string();
-    loadAndSave(shipped, first);
-    loadAndSave(first, second);
-    EXPECT_EQ(test::ReadFileBytes(second), test::ReadFileBytes(first)) << name;
-    if (std::string(name) == "default") {
-      EXPECT_EQ(test::ReadFileBytes(first), test::ReadFileBytes(shipped));
-    }
-  }
 }
 
 }  // namespace

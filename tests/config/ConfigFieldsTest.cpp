@@ -112,8 +112,10 @@ TEST(ConfigFields, EveryControlWritesItsFieldAsTheFileCarriesIt) {
   EXPECT_EQ(tested.size(), BindingCount());
 }
 
-const NumberBinding& NumberBox(std::string_view control) {
-  for (const NumberBinding& b : NumberBindings())
+// The binding of `control` in one of the binding tables.
+template <typename Binding>
+const Binding& Bound(std::span<const Binding> bindings, std::string_view control) {
+  for (const Binding& b : bindings)
     if (b.Control == control) return b;
   throw std::out_of_range(std::string(control));
 }
@@ -136,27 +138,21 @@ TEST(ConfigFields, NumberBoxReadsWhatIsTypedAsANumber) {
     MachineConfig record;
     record.ArcTolerance = 0.001;
     record.MCodeXMirrorOn = 87;
-    EXPECT_EQ(TakeNumberText(NumberBox(row.control), record, row.typed), row.shown)
+    EXPECT_EQ(TakeNumberText(Bound(NumberBindings(), row.control), record, row.typed), row.shown)
         << row.control << " " << row.typed;
   }
-}
-
-const TextBinding& TextBox(std::string_view control) {
-  for (const TextBinding& b : TextBindings())
-    if (b.Control == control) return b;
-  throw std::out_of_range(std::string(control));
 }
 
 TEST(ConfigFields, TextBoxesKeepTheFormOfTheirField) {
   MachineConfig record;
   // Layer text is CR LF ended lines; the box shows them without the last line end.
-  TakeBoxText(TextBox("txtHeader"), record, "G90\r\nM3");
+  TakeBoxText(Bound(TextBindings(), "txtHeader"), record, "G90\r\nM3");
   EXPECT_EQ(record.DXFDefaults.Header, "G90\r\nM3\r\n");
-  EXPECT_EQ(BoxText(TextBox("txtHeader"), record), "G90\nM3");
-  TakeBoxText(TextBox("txtFooter"), record, "\n\n");
+  EXPECT_EQ(BoxText(Bound(TextBindings(), "txtHeader"), record), "G90\nM3");
+  TakeBoxText(Bound(TextBindings(), "txtFooter"), record, "\n\n");
   EXPECT_EQ(record.DXFDefaults.Footer, "");
   // A pasted file-type list loses the characters typing refuses.
-  TakeBoxText(TextBox("txtFileTypes"), record, "*.nc|c:\\x");
+  TakeBoxText(Bound(TextBindings(), "txtFileTypes"), record, "*.nc|c:\\x");
   EXPECT_EQ(record.DefaultFileTypes, "*.nccx");
   for (char c : std::string("\\/:<>|")) EXPECT_TRUE(RefusesCharacter(TextRule::FileTypes, c));
   EXPECT_FALSE(RefusesCharacter(TextRule::FileTypes, '*'));

@@ -3,23 +3,23 @@
 #include <random>
 
 #include "config/ConfigFile.h"
+#include "core/RecordingHost.h"
 #include "support/ScratchFolder.h"
 #include "support/TestSupport.h"
-#include "core/RecordingHost.h"
 
 namespace zemtra {
 namespace {
 
 using test::ScratchFolder;
 
-MachineConfig ReadFileBytes(std::string_view text, std::vector<std::string>* warnings = nullptr) {
+MachineConfig Parsed(std::string_view text, std::vector<std::string>* warnings = nullptr) {
   MachineConfig record;
   ReadConfigRecord(ConfigText(text), record, warnings);
   return record;
 }
 
 std::vector<std::int16_t> MacroCodes(std::string_view options) {
-  return ReadFileBytes("[OPTIONS]\r\n" + std::string(options) + "\r\n").ExternalGCodeMacros;
+  return Parsed("[OPTIONS]\r\n" + std::string(options) + "\r\n").ExternalGCodeMacros;
 }
 
 TEST(LoadConfig, MachineSectionAloneGivesEveryDefault) {
@@ -55,7 +55,7 @@ TEST(LoadConfig, MachineSectionAloneGivesEveryDefault) {
 }
 
 TEST(LoadConfig, FileWithoutSectionsLoadsLikeTheDefaults) {
-  EXPECT_EQ(ReadFileBytes("Machine Type = 1\r\nArc Tolerance = 5\r\n"), ReadFileBytes("[MACHINE]\r\n"));
+  EXPECT_EQ(Parsed("Machine Type = 1\r\nArc Tolerance = 5\r\n"), Parsed("[MACHINE]\r\n"));
 }
 
 TEST(LoadConfig, MacroListStopsAtTheFirstZero) {
@@ -69,7 +69,7 @@ TEST(LoadConfig, MacroListStopsAtTheFirstZero) {
 }
 
 TEST(LoadConfig, ToolColoursEndAtTheFirstGap) {
-  const MachineConfig record = ReadFileBytes(
+  const MachineConfig record = Parsed(
       "[COLORS]\r\nUnspecified Tool Color = 255\r\nTool Color 01 = 65280\r\n"
       "Tool Color 03 = 16711680\r\n");
   EXPECT_EQ(record.ToolColors, (std::vector<ColorValue>{255, 65280}));
@@ -77,7 +77,7 @@ TEST(LoadConfig, ToolColoursEndAtTheFirstGap) {
 
 TEST(LoadConfig, ConversionsOfEachKind) {
   std::vector<std::string> warnings;
-  const MachineConfig record = ReadFileBytes(
+  const MachineConfig record = Parsed(
       "[MACHINE]\r\nMachine Type = 1.5 lathe\r\nMill Type = 99999\r\nLathe X Diameter = 2\r\n"
       "Lathe Reverse Arcs = yes\r\n"
       "[OPTIONS]\r\nRapid Type = 300\r\nAbsolute Arc Center =  -1 \r\nModal IJK = 0.4\r\n"
@@ -122,41 +122,38 @@ TEST(LoadConfig, BinaryGarbageLoadsWithoutHarm) {
   EXPECT_EQ(record.ConfigName, "junk");
 }
 
+// A missing file is named and another one asked for; cancelling that leaves a cleared record.
 TEST(LoadConfig, MissingFileAsksForAnotherAndKeepsTheMissingName) {
   ScratchFolder folder;
   const std::string chosen = folder.Write("CONFIG/lathe.zmt", "[MACHINE]\r\nMachine Type = 1\r\n");
   const std::string missing = (folder.path() / "CONFIG" / "gone.zmt").string();
-  RecordingHost host;
-  host.chosenFile = chosen;
-  std::string path = missing;
-  MachineConfig record;
-  ASSERT_TRUE(LoadConfig(path, record, host, folder.path()));
+  for (const bool cancelled : {false, true}) {
+    SCOPED_TRACE(cancelled ? "cancelled" : "chosen");
+    RecordingHost host;
+    if (!cancelled) host.chosenFile = chosen;
+    std::string path = missing;
+    MachineConfig record;
+    record.MachineType = 2;
+    record.InitialState = "G20";
+    ASSERT_EQ(LoadConfig(path, record, host, folder.path()), !cancelled);
 
-  ASSERT_EQ(host.shown.size(), 1u);
-  const Prompt& prompt = host.shown[0].prompt;
-  EXPECT_EQ(prompt.text,
-            "Config file not found:\r\n" + missing + "\r\n\r\nPlease select a configuration file");
-  EXPECT_EQ(prompt.title, "Zemtra");
-  EXPECT_EQ(prompt.icon, MsgIcon::Exclamation);
-  EXPECT_EQ(prompt.buttons, MsgButtons::Ok);
-  EXPECT_EQ(path, chosen);
-  EXPECT_EQ(record.MachineType, 1);
-  EXPECT_EQ(record.ConfigPath, missing);
-  EXPECT_EQ(record.ConfigName, "gone");
-}
-
-TEST(LoadConfig, CancelledChoiceReturnsFalseWithTheRecordCleared) {
-  ScratchFolder folder;
-  RecordingHost host;
-  std::string path = (folder.path() / "nothing.zmt").string();
-  MachineConfig record;
-  record.MachineType = 1;
-  record.InitialState = "G20";
-  EXPECT_FALSE(LoadConfig(path, record, host, folder.path()));
-  EXPECT_EQ(host.shown.size(), 1u);
-  EXPECT_EQ(record.MachineType, 0);
-  EXPECT_EQ(record.InitialState, "");
-  EXPECT_EQ(record.ToolColors, (std::vector<ColorValue>{0, 0}));
+    ASSERT_EQ(host.shown.size(), 1u);
+    const Prompt& prompt = host.shown[0].prompt;
+    EXPECT_EQ(prompt.text, "Config file not found:\r\n" + missing +
+                               "\r\n\r\nPlease select a configuration file");
+    EXPECT_EQ(prompt.title, "Zemtra");
+    EXPECT_EQ(prompt.icon, MsgIcon::Exclamation);
+    EXPECT_EQ(prompt.buttons, MsgButtons::Ok);
+    EXPECT_EQ(record.MachineType, cancelled ? 0 : 1);
+    EXPECT_EQ(record.InitialState, "");
+    if (cancelled) {
+      EXPECT_EQ(record.ToolColors, (std::vector<ColorValue>{0, 0}));
+    } else {
+      EXPECT_EQ(path, chosen);
+      EXPECT_EQ(record.ConfigPath, missing);
+      EXPECT_EQ(record.ConfigName, "gone");
+    }
+  }
 }
 
 TEST(LoadConfig, EmptyPathFindsTheDefaultFileWhateverItsCase) {

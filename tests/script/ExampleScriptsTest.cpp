@@ -4,6 +4,7 @@
 
 #include <QProcess>
 #include <QProcessEnvironment>
+#include <QRegularExpression>
 #include <QString>
 #include <QStringList>
 #include <cctype>
@@ -38,20 +39,13 @@ CliRun RunExample(const std::string& script, const std::filesystem::path& progra
           process.readAllStandardError().toStdString()};
 }
 
+// The lines of `text`, split at CR LF, CR or LF; a final line end leaves an empty last line.
 std::vector<std::string> Lines(const std::string& text) {
+  static const QRegularExpression kLineEnd("\r\n|\r|\n");
   std::vector<std::string> lines;
-  std::string line;
-  for (std::size_t i = 0; i < text.size(); ++i) {
-    const char c = text[i];
-    if (c == '\r' || c == '\n') {
-      lines.push_back(line);
-      line.clear();
-      if (c == '\r' && i + 1 < text.size() && text[i + 1] == '\n') ++i;
-    } else {
-      line += c;
-    }
-  }
-  lines.push_back(line);
+  for (const QString& line :
+       QString::fromLatin1(text.data(), qsizetype(text.size())).split(kLineEnd))
+    lines.push_back(line.toLatin1().toStdString());
   return lines;
 }
 

@@ -12,6 +12,12 @@ namespace {
 
 using namespace std::chrono_literals;
 
+// Runs the script file at `path` ("" for the user's choice) in the bench's workspace.
+ScriptOutcome RunFile(ScriptBench& bench, const std::string& path) {
+  return RunScript(path, bench.work->Scripts, bench.host, bench.work->Editor.Document,
+                   bench.Folder());
+}
+
 struct ErrorCase {
   const char* name;
   const char* script;
@@ -30,8 +36,7 @@ TEST(ScriptHost, FailuresAreReportedWithTheScriptsLine) {
   for (const ErrorCase& c : cases) {
     ScriptBench bench("G0 X1\r\n");
     const std::string path = bench.Write("bad.js", c.script);
-    const ScriptOutcome outcome = RunScript(path, bench.work->Scripts, bench.host,
-                                            bench.work->Editor.Document, bench.Folder());
+    const ScriptOutcome outcome = RunFile(bench, path);
     EXPECT_EQ(outcome.kind, ScriptOutcome::Kind::Failed) << c.name;
     ASSERT_EQ(bench.host.shown.size(), 1u) << c.name;
     const Prompt& prompt = bench.host.shown[0].prompt;
@@ -44,8 +49,7 @@ TEST(ScriptHost, FailuresAreReportedWithTheScriptsLine) {
 
 TEST(ScriptHost, AMissingScriptFileIsNamed) {
   ScriptBench bench;
-  RunScript("/nowhere/x.js", bench.work->Scripts, bench.host, bench.work->Editor.Document,
-            bench.Folder());
+  RunFile(bench, "/nowhere/x.js");
   EXPECT_EQ(bench.host.lastText(), "Path not found:\r\n/nowhere/x.js");
 }
 
@@ -53,17 +57,12 @@ TEST(ScriptHost, WithoutAPathTheUserPicksTheScript) {
   ScriptBench bench("G0 X1\r\n");
   bench.host.chosenFile = bench.Write("SCRIPTS/caps.js", "ZMTReplaceAll('X', 'Y');");
   bench.work->Editor.Document.SetSelection(0, 3);  // dropped: no prompt about it
-  const ScriptOutcome outcome =
-      RunScript("", bench.work->Scripts, bench.host, bench.work->Editor.Document, bench.Folder());
-  EXPECT_TRUE(outcome.ok());
+  EXPECT_TRUE(RunFile(bench, "").ok());
   EXPECT_EQ(bench.Text(), "G0 Y1\r\n");
   EXPECT_TRUE(bench.host.shown.empty());
 
   bench.host.chosenFile = "";  // cancelled: nothing runs
-  EXPECT_EQ(
-      RunScript("", bench.work->Scripts, bench.host, bench.work->Editor.Document, bench.Folder())
-          .kind,
-      ScriptOutcome::Kind::Refused);
+  EXPECT_EQ(RunFile(bench, "").kind, ScriptOutcome::Kind::Refused);
 }
 
 TEST(ScriptHost, ARunawayScriptIsStoppedByTheTimeLimit) {
@@ -83,7 +82,7 @@ TEST(ScriptHost, ARunawayScriptIsStoppedByEscape) {
   EXPECT_EQ(bench.Run("while (true) { ZMTGetLine(0); }").kind, ScriptOutcome::Kind::StoppedByUser);
   const ScriptOutcome outcome = bench.Run("for (;;) {}");
   EXPECT_EQ(outcome.kind, ScriptOutcome::Kind::StoppedByUser);
-  EXPECT_EQ(outcome.Report().find("Script stopped by the user") != std::string::npos, true);
+  EXPECT_NE(outcome.Report().find("Script stopped by the user"), std::string::npos);
   EXPECT_GT(bench.host.pumpCount, 0);
 }
 
