@@ -1,11 +1,8 @@
 #include "FuzzSupport.h"
 
 #include <cstdlib>
-#include <fstream>
-#include <sstream>
 
-#include "config/ConfigFile.h"
-#include "config/ConfigText.h"
+#include "support/ShippedConfig.h"
 
 namespace zemtra::fuzz {
 
@@ -15,13 +12,7 @@ std::filesystem::path DataFolder() {
 }
 
 MachineConfig ShippedConfig(const std::string& name) {
-  std::ifstream file(DataFolder() / "CONFIG" / (name + ".zmt"), std::ios::binary);
-  std::stringstream text;
-  text << file.rdbuf();
-  MachineConfig config;
-  ReadConfigRecord(ConfigText(text.str()), config);
-  config.ConfigName = name;
-  return config;
+  return test::ReadShippedConfig(DataFolder(), name);
 }
 
 VariableStore& ClearedVariables() {

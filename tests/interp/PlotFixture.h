@@ -1,8 +1,6 @@
 #pragma once
 // A machine, a variable store, an interpreter and a plot driver wired together, with a
 // recording host, for the interpreter's tests.
-#include <fstream>
-#include <sstream>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -17,6 +15,7 @@
 #include "macro/Evaluator.h"
 #include "macro/ProgramText.h"
 #include "macro/VariableStore.h"
+#include "support/ShippedConfig.h"
 #include "support/TestSupport.h"
 
 namespace zemtra::test {
@@ -32,13 +31,7 @@ inline MachineConfig DefaultMill() {
 
 // A shipped configuration of data/CONFIG, read as the program reads it ("Lathe").
 inline MachineConfig ShippedConfig(const std::string& name) {
-  std::ifstream file(SourceDataDir() / "CONFIG" / (name + ".zmt"), std::ios::binary);
-  std::stringstream text;
-  text << file.rdbuf();
-  MachineConfig config;
-  ReadConfigRecord(ConfigText(text.str()), config);
-  config.ConfigName = name;
-  return config;
+  return ReadShippedConfig(SourceDataDir(), name);
 }
 
 // `text` with "|" as line ends, for programs written on one line.
