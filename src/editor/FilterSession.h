@@ -46,7 +46,10 @@ using BlockArc = ArcRec;
 
 class FilterSession {
  public:
+  // Keeps references to both: they must outlive the session (temporaries are refused).
   FilterSession(const MachineConfig& config, const FilterParameters& parameters);
+  FilterSession(const MachineConfig&&, const FilterParameters&) = delete;
+  FilterSession(const MachineConfig&, const FilterParameters&&) = delete;
 
   // Start of a run: tracking and held lines forgotten, the failed arc count back to 0.
   void Reset();
