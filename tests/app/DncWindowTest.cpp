@@ -156,7 +156,7 @@ class DncWindowTest : public QObject {
     QCOMPARE(window->windowTitle(), QString("Transmit Ready"));
 
     std::string received;
-    std::thread reader([&] {  // about 40 KB a second
+    std::jthread reader([&] {  // about 40 KB a second; joined on an early failure too
       const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(30);
       while (received.size() < program.size() && std::chrono::steady_clock::now() < deadline) {
         received += machine.ReadSome(800);
@@ -182,7 +182,12 @@ class DncWindowTest : public QObject {
     plot->Editor()->InsertText("(TYPED)");
     QCOMPARE(plot->Engine().Editor.Document.Text().substr(0, 7), std::string("(TYPED)"));
     plot.answers.push_back(MsgAnswer::No);
-    QVERIFY(!plot.close());
+    const bool closed = plot.close();
+    QVERIFY2(!closed, qPrintable(QString("closed during the send (busy: %1, last prompt: %2)")
+                                     .arg(window && window->Busy())
+                                     .arg(QString::fromStdString(plot.prompts.empty()
+                                                                     ? std::string()
+                                                                     : plot.prompts.back().text))));
     QCOMPARE(plot.prompts.back().text, std::string("Abort Current Transmission?"));
     // One transmit window at a time, and no receive beside it.
     plot->Actions().Find("mnuDNCSend")->trigger();
