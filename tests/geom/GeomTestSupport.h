@@ -47,12 +47,17 @@ inline GeoEntity Line(float x1, float y1, float x2, float y2, float z = 0) {
   return Entity(kFeed, P(x1, y1, z), P(x2, y2, z));
 }
 
-// A table holding `entities` from index 1 on.
-inline GeometryTable TableOf(const std::vector<GeoEntity>& entities) {
-  GeometryTable table;
+// Makes `table` hold `entities` from index 1 on.
+inline void Fill(GeometryTable& table, const std::vector<GeoEntity>& entities) {
   table.Begin();
   for (const GeoEntity& e : entities) table.Add(e);
   table.End();
+}
+
+// A table holding `entities` from index 1 on.
+inline GeometryTable TableOf(const std::vector<GeoEntity>& entities) {
+  GeometryTable table;
+  Fill(table, entities);
   return table;
 }
 

@@ -1,8 +1,8 @@
 #pragma once
 // Small builders for the viewport's tests: entities with a colour, tables, and a viewport
 // drawing on a recording surface. Points (test::P) come from the geometry tests' builders.
-#include <initializer_list>
 #include <utility>
+#include <vector>
 
 #include "core/GeoTypes.h"
 #include "core/GeometryTable.h"
@@ -32,12 +32,6 @@ inline GeoEntity Arc(int type, GeoPoint from, GeoPoint to, GeoPoint center, floa
   return e;
 }
 
-inline void Fill(GeometryTable& table, std::initializer_list<GeoEntity> entities) {
-  table.Begin();
-  for (const GeoEntity& e : entities) table.Add(e);
-  table.End();
-}
-
 // A viewport over its own table, drawing on a recording surface of the given size.
 struct ViewportRig {
   explicit ViewportRig(int width = 200, int height = 100)
@@ -45,7 +39,7 @@ struct ViewportRig {
     viewport.AttachSurface(&surface);
   }
   // Fills the table and loads it, which zooms to its extents.
-  void LoadTable(std::initializer_list<GeoEntity> entities) {
+  void LoadTable(const std::vector<GeoEntity>& entities) {
     Fill(table, entities);
     viewport.LoadGeometry(table.HighestIndex());
   }
